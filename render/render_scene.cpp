@@ -2,6 +2,13 @@
 
 namespace render {
 
+namespace {
+
+constexpr std::array kAllBackgrounds{CanvasBackground::camera, CanvasBackground::black,
+                                     CanvasBackground::white, CanvasBackground::transparent};
+
+}  // namespace
+
 std::string_view rawValue(CanvasBackground background) {
   switch (background) {
     case CanvasBackground::camera:
@@ -16,10 +23,9 @@ std::string_view rawValue(CanvasBackground background) {
   return {};
 }
 
-std::optional<CanvasBackground> canvasBackgroundFrom(std::string_view rawValueText) {
-  for (const auto background : {CanvasBackground::camera, CanvasBackground::black,
-                                CanvasBackground::white, CanvasBackground::transparent}) {
-    if (rawValue(background) == rawValueText) return background;
+std::optional<CanvasBackground> canvasBackgroundFrom(std::string_view text) {
+  for (const CanvasBackground background : kAllBackgrounds) {
+    if (rawValue(background) == text) return background;
   }
   return std::nullopt;
 }
