@@ -2,11 +2,11 @@
 
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "hand/color_hand.h"
 #include "model/app_model_observer.h"
 #include "model/camera_state.h"
+#include "model/observer_list.h"
 #include "model/published.h"
 #include "platform/services.h"
 #include "render/render_scene.h"
@@ -17,16 +17,16 @@ namespace model {
 /// The one model of the program: the person's settings, the state that the window shows, and the
 /// operations that turn input into strokes and strokes into files. Knows no widgets, no files and
 /// no clock but those it is given. Main thread only.
-class AppModel : private Announcer {
+class AppModel {
  public:
   explicit AppModel(const platform::Services& services);
-  ~AppModel();
   AppModel(const AppModel&) = delete;
   AppModel& operator=(const AppModel&) = delete;
 
-  /// `observer` must be removed before it ends. Observers hear in the order they came.
-  void addObserver(AppModelObserver& observer);
-  void removeObserver(AppModelObserver& observer);
+  /// `observer` must be removed before it ends. Observers hear in the order they came, and may
+  /// come and go from within an announcement.
+  void addObserver(AppModelObserver& observer) { observers_.add(observer); }
+  void removeObserver(AppModelObserver& observer) { observers_.remove(observer); }
 
   // Settings and published state. Every setter announces first.
   const CameraState& cameraState() const { return cameraState_.get(); }
@@ -47,7 +47,7 @@ class AppModel : private Announcer {
   double fadeSeconds() const { return fadeSeconds_.get(); }
   void setFadeSeconds(double seconds) { fadeSeconds_.set(seconds); }
   hand::ColorHand colorHand() const { return colorHand_.get(); }
-  void setColorHand(hand::ColorHand hand);
+  void setColorHand(hand::ColorHand hand) { colorHand_.set(hand); }
   const std::string& handStatus() const { return handStatus_.get(); }
   int strokeCount() const { return strokeCount_.get(); }
   bool showClearConfirm() const { return showClearConfirm_.get(); }
@@ -62,55 +62,63 @@ class AppModel : private Announcer {
   /// Width divided by height of the canvas: the camera picture's, 16/9 without one.
   double canvasAspect() const;
 
-  // The pen of the mouse. Positions are canvas coordinates, 0 to 1 from the top left.
+  // The pen of the mouse, always manualWidth() wide. Positions are canvas coordinates, 0 to 1 from
+  // the top left, and are taken as they come. A drag or a release without a press does nothing.
   void mouseDown(double x, double y);
   void mouseDragged(double x, double y);
   void mouseUp();
 
-  /// To be called about 30 times a second: time-outs, fading, clocks.
+  /// To be called about 30 times a second, before each redraw: keeps the open stroke fresh and
+  /// removes the strokes that have faded out.
   void tick();
 
+  /// A snapshot of the canvas at this moment over `background`, whatever the person has chosen.
+  /// Shares the points of the strokes with the store.
   render::RenderScene makeScene(render::CanvasBackground background, bool includeCursor) const;
 
   const strokes::StrokeStore& store() const { return store_; }
+  /// Takes the newest stroke away, the open one too.
   void undo();
+  /// Takes every stroke away; the person has confirmed it.
   void clear();
 
   /// Goes on without a camera.
   void useMouseOnly();
 
   /// Asks for a place and saves the painting as a PNG 1920 pixels wide: over the current background
-  /// with `withCamera`, else alone on a transparent ground.
+  /// with `withCamera`, else alone on a transparent ground. A failure is reported through
+  /// errorMessage() and errorDetails(); a cancelled choice is none.
   void saveImage(bool withCamera);
 
  private:
-  void announce(Property property) override;
   void publishStrokeCount();
   void report(std::string message, std::optional<std::string> details);
 
   platform::Services services_;
-  std::vector<AppModelObserver*> observers_;
+  ObserverList observers_;
 
-  Published<CameraState> cameraState_{*this, Property::cameraState, {}};
-  Published<int> colorIndex_{*this, Property::colorIndex, 0};
-  Published<render::CanvasBackground> background_{*this, Property::background,
+  Published<CameraState> cameraState_{observers_, Property::cameraState, {}};
+  Published<int> colorIndex_{observers_, Property::colorIndex, 0};
+  Published<render::CanvasBackground> background_{observers_, Property::background,
                                                   render::CanvasBackground::camera};
-  Published<double> dim_{*this, Property::dim, 0.35};
-  Published<bool> glow_{*this, Property::glow, true};
-  Published<bool> widthFromDistance_{*this, Property::widthFromDistance, true};
-  Published<double> manualWidth_{*this, Property::manualWidth, 14.0};
-  Published<bool> fadeEnabled_{*this, Property::fadeEnabled, false};
-  Published<double> fadeSeconds_{*this, Property::fadeSeconds, 6.0};
-  Published<hand::ColorHand> colorHand_{*this, Property::colorHand, hand::ColorHand::left};
-  Published<std::string> handStatus_{*this, Property::handStatus, "No hand"};
-  Published<int> strokeCount_{*this, Property::strokeCount, 0};
-  Published<bool> showClearConfirm_{*this, Property::showClearConfirm, false};
-  Published<bool> showSaveChoice_{*this, Property::showSaveChoice, false};
-  Published<std::optional<std::string>> errorMessage_{*this, Property::errorMessage, std::nullopt};
-  Published<std::optional<std::string>> errorDetails_{*this, Property::errorDetails, std::nullopt};
+  Published<double> dim_{observers_, Property::dim, 0.35};
+  Published<bool> glow_{observers_, Property::glow, true};
+  Published<bool> widthFromDistance_{observers_, Property::widthFromDistance, true};
+  Published<double> manualWidth_{observers_, Property::manualWidth, 14.0};
+  Published<bool> fadeEnabled_{observers_, Property::fadeEnabled, false};
+  Published<double> fadeSeconds_{observers_, Property::fadeSeconds, 6.0};
+  Published<hand::ColorHand> colorHand_{observers_, Property::colorHand, hand::ColorHand::left};
+  Published<std::string> handStatus_{observers_, Property::handStatus, "No hand"};
+  Published<int> strokeCount_{observers_, Property::strokeCount, 0};
+  Published<bool> showClearConfirm_{observers_, Property::showClearConfirm, false};
+  Published<bool> showSaveChoice_{observers_, Property::showSaveChoice, false};
+  Published<std::optional<std::string>> errorMessage_{observers_, Property::errorMessage,
+                                                      std::nullopt};
+  Published<std::optional<std::string>> errorDetails_{observers_, Property::errorDetails,
+                                                      std::nullopt};
 
   strokes::StrokeStore store_;
-  std::optional<render::CursorState> mouseCursor_;
+  std::optional<render::CursorState> mouseCursor_;  // Present while mouseDrawing_.
   bool mouseDrawing_ = false;
 };
 

@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by the commands at the root: installs the packages of the named sections of
 # debian-packages.txt that are missing, through sudo when not root.
 

@@ -1,6 +1,7 @@
 #include "strokes/stroke_store.h"
 
 #include <cmath>
+#include <optional>
 #include <random>
 
 namespace strokes {
@@ -48,14 +49,13 @@ void StrokeStore::touch(double now) {
 }
 
 bool StrokeStore::pruneFaded(double now, double fadeSeconds) {
-  const StrokeId open = isDrawing_ && !strokes_.empty() ? strokes_.back().id : StrokeId{};
-  const bool anyOpen = isDrawing_ && !strokes_.empty();
-  const auto removed = std::erase_if(strokes_, [&](const Stroke& stroke) {
-    if (anyOpen && stroke.id == open) return false;
+  std::optional<StrokeId> open;
+  if (isDrawing_ && !strokes_.empty()) open = strokes_.back().id;
+  const auto hasFaded = [&](const Stroke& stroke) {
     const double age = now - stroke.lastTime;
-    return age > fadeSeconds && fadeSeconds - age + 1.0 <= 0;
-  });
-  return removed > 0;
+    return stroke.id != open && age > fadeSeconds && fadeSeconds - age + fadeLength <= 0;
+  };
+  return std::erase_if(strokes_, hasFaded) > 0;
 }
 
 void StrokeStore::undo() {

@@ -15,6 +15,8 @@ class StrokeStore {
   static constexpr double maxJump = 0.25;
   /// The shortest step worth a point, in canvas units.
   static constexpr double minStep = 0.0015;
+  /// Seconds that a stroke takes from full strength to nothing once it begins to fade.
+  static constexpr double fadeLength = 1.0;
 
   /// Oldest first; while isDrawing() the last one is open.
   const std::vector<Stroke>& strokes() const { return strokes_; }
@@ -33,8 +35,8 @@ class StrokeStore {
   /// Keeps the open stroke from fading while the pen rests.
   void touch(double now);
 
-  /// Removes the closed strokes that have faded out: fadeSeconds after their latest activity plus
-  /// one second of fading. True when any was removed.
+  /// Removes the closed strokes that have faded out: fadeSeconds + fadeLength after their latest
+  /// activity. True when any was removed.
   bool pruneFaded(double now, double fadeSeconds);
 
   /// Removes the newest stroke, open or not. There is no redo.

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+
+#include "render/paint_tile.h"
+
+namespace render {
+
+/// Joins the masks of a glowing stroke: two passes, each a blurred and a sharp layer of the body's
+/// colour, and the core over them.
+void joinGlowingRow(const TileRowMasks& masks, TileRowShares& shares);
+
+/// Fades a row: every share times `alpha`, 0 to kFull.
+void fadeRow(std::int16_t alpha, TileRowShares& shares);
+
+/// Lays one row of a stroke over row `y` of the tile.
+void layOver(const StrokeColors& colors, const TileRowShares& shares, int y, PaintTile& tile);
+
+/// Lays row `y` of the tile over `count` pixels of 8-bit premultiplied BGRA, count in [1, 64].
+void layRowOverPixels(const PaintTile& tile, int y, int count, std::uint8_t* pixels);
+
+/// between = a + (b - a) * weight / 32768, for 64 values.
+void mixRows(const std::int16_t* a, const std::int16_t* b, std::int16_t weight,
+             std::int16_t* between);
+
+}  // namespace render

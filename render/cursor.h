@@ -1,0 +1,13 @@
+#pragma once
+
+#include "pixels/surface.h"
+#include "render/canvas_mapping.h"
+#include "render/render_scene.h"
+
+namespace render {
+
+/// Draws the pen's rings, and its filled disc while it is down, over the pixels.
+void drawCursor(const CursorState& cursor, const CanvasMapping& mapping,
+                const pixels::SurfaceView& pixels);
+
+}  // namespace render

@@ -1,0 +1,116 @@
+#include "render/curve_piece.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "strokes/stroke_model.h"
+
+namespace render {
+
+namespace {
+
+constexpr double kFarthestPx = 1e7;
+constexpr double kWidestPx = 65536;
+// Pieces are binned by their boxes, so long diagonals would waste work.
+constexpr double kLongestPx = 96;
+// A curve this close to its chord is its chord: half a grey level of an edge.
+constexpr double kFlatPx = 0.004;
+constexpr double kSineOfLargestTurn = 0.5;
+constexpr double kMostUneven = 2;
+constexpr int kDeepestSplit = 40;
+
+struct Corner {
+  double x = 0;
+  double y = 0;
+};
+
+Corner middle(Corner a, Corner b) {
+  return {(a.x + b.x) * 0.5, (a.y + b.y) * 0.5};
+}
+
+enum class Shape { straight, bent, toBeSplit };
+
+Shape shapeOf(const CurvePiece& p) {
+  const double ax = p.x1 - p.x0, ay = p.y1 - p.y0;
+  const double bx = p.x2 - p.x1, by = p.y2 - p.y1;
+  const double cx = p.x2 - p.x0, cy = p.y2 - p.y0;
+  const double chord = std::hypot(cx, cy);
+  const double longest = std::max(kLongestPx, p.bodyHalf * 0.25);
+  if (chord > longest || std::hypot(ax, ay) > longest) return Shape::toBeSplit;
+  const bool advances = ax * cx + ay * cy >= 0 && bx * cx + by * cy >= 0;
+  if (advances && std::abs(cx * ay - cy * ax) <= 2 * kFlatPx * chord) return Shape::straight;
+  const double a = std::hypot(ax, ay), b = std::hypot(bx, by);
+  if (a + b <= kFlatPx) return Shape::straight;
+  const bool turnsLittle =
+      ax * bx + ay * by > 0 && std::abs(ax * by - ay * bx) <= kSineOfLargestTurn * a * b;
+  const bool isEven = a <= kMostUneven * b && b <= kMostUneven * a;
+  return turnsLittle && isEven ? Shape::bent : Shape::toBeSplit;
+}
+
+class Splitter {
+ public:
+  Splitter(const PixelRect& area, double reach, std::vector<CurvePiece>& pieces)
+      : area_(area), reach_(reach), pieces_(pieces) {}
+
+  void split(const CurvePiece& piece, int depth) {
+    if (isOutside(piece)) return;
+    const Shape shape = shapeOf(piece);
+    if (shape == Shape::toBeSplit && depth < kDeepestSplit) {
+      const Corner start{piece.x0, piece.y0}, control{piece.x1, piece.y1}, end{piece.x2, piece.y2};
+      const Corner before = middle(start, control), after = middle(control, end);
+      const Corner halfWay = middle(before, after);
+      CurvePiece half = piece;
+      half.x1 = before.x, half.y1 = before.y, half.x2 = halfWay.x, half.y2 = halfWay.y;
+      split(half, depth + 1);
+      half = piece;
+      half.x0 = halfWay.x, half.y0 = halfWay.y, half.x1 = after.x, half.y1 = after.y;
+      split(half, depth + 1);
+      return;
+    }
+    pieces_.push_back(piece);
+    pieces_.back().isStraight = shape != Shape::bent;
+  }
+
+ private:
+  bool isOutside(const CurvePiece& p) const {
+    const double margin = p.bodyHalf + reach_ + 1;
+    const auto [left, right] = std::minmax({p.x0, p.x1, p.x2});
+    const auto [top, bottom] = std::minmax({p.y0, p.y1, p.y2});
+    return right + margin < area_.left || left - margin > area_.right ||
+           bottom + margin < area_.top || top - margin > area_.bottom;
+  }
+
+  PixelRect area_;
+  double reach_;
+  std::vector<CurvePiece>& pieces_;
+};
+
+bool isFinite(const CurvePiece& p) {
+  return std::isfinite(p.x0) && std::isfinite(p.y0) && std::isfinite(p.x1) && std::isfinite(p.y1) &&
+         std::isfinite(p.x2) && std::isfinite(p.y2);
+}
+
+double near(double coordinate) {
+  return std::clamp(coordinate, -kFarthestPx, kFarthestPx);
+}
+
+}  // namespace
+
+void appendCurvePieces(const strokes::StrokePoints& points, const CanvasMapping& mapping,
+                       const PixelRect& area, double reach, std::vector<CurvePiece>& pieces) {
+  Splitter splitter(area, reach, pieces);
+  for (const strokes::StrokeSegment& s : strokes::StrokeModel::segments(points)) {
+    CurvePiece piece{s.start.x * mapping.width,   s.start.y * mapping.height,
+                     s.control.x * mapping.width, s.control.y * mapping.height,
+                     s.end.x * mapping.width,     s.end.y * mapping.height,
+                     mapping.linePx(s.width) / 2, mapping.linePx(s.width * kCoreWidth) / 2};
+    if (!isFinite(piece) || !std::isfinite(s.width)) continue;
+    for (double* c : {&piece.x0, &piece.y0, &piece.x1, &piece.y1, &piece.x2, &piece.y2})
+      *c = near(*c);
+    piece.bodyHalf = std::min(piece.bodyHalf, kWidestPx);
+    piece.coreHalf = std::min(piece.coreHalf, kWidestPx);
+    splitter.split(piece, 0);
+  }
+}
+
+}  // namespace render

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "render/curve_piece.h"
+#include "render/glow_blur.h"
+#include "render/paint_tile.h"
+#include "render/pixel_rect.h"
+
+namespace render {
+
+/// The blurred mask of a stroke at a reduced resolution: as coarse as a Gaussian of its width can
+/// be and still be interpolated unseen.
+class GlowLayer {
+ public:
+  /// How far the glow of `sigma` pixels reaches beyond the stroke's edge, in pixels.
+  static double reach(double sigma);
+
+  /// Blurs the stroke made of `pieces`; right for every pixel of `area`. `sigma` in pixels, > 0.
+  void build(std::span<const CurvePiece> pieces, double sigma, const PixelRect& area);
+
+  /// Fetches the glow of a tile, ready for rowOfTile. False when there is none in it.
+  bool openTile(int tileX, int tileY);
+
+  /// The 64 values of the opened tile's row `y`, 0 to kGlowFull.
+  void rowOfTile(int y, std::int16_t* values) const;
+
+ private:
+  void paintMask(std::span<const CurvePiece> pieces);
+  void expandRow(int cellY, int firstCellX, std::int16_t* values) const;
+
+  int cellPx_ = 1;  // A power of two, at most a tile's side.
+  int left_ = 0;    // Of the mask's first cell, in cells.
+  int top_ = 0;
+  GlowMask mask_;
+  GlowMask scratch_;
+  // The opened tile's rows of cells, and one above and below, at full width.
+  alignas(64) std::int16_t rows_[PaintTile::kSide + 2][PaintTile::kSide];
+};
+
+}  // namespace render

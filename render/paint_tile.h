@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+
+namespace render {
+
+/// The value of a full channel or share in 15-bit arithmetic.
+inline constexpr std::int16_t kFull = 32767;
+
+/// A square of the painting: premultiplied blue, green, red and alpha, 0 to kFull, each channel in
+/// a plane of its own. Fifteen bits, so that hundreds of faint layers add up without drifting.
+struct PaintTile {
+  static constexpr int kSide = 64;
+
+  alignas(64) std::int16_t plane[4][kSide * kSide];
+};
+
+/// How much of a stroke's two colours goes over one row of a tile, 0 to kFull, both together at
+/// most kFull.
+struct TileRowShares {
+  alignas(64) std::int16_t body[PaintTile::kSide];
+  alignas(64) std::int16_t core[PaintTile::kSide];
+};
+
+/// One row of a stroke's masks, 0 to kFull for the coverages, 0 to kGlowFull for the glows.
+struct TileRowMasks {
+  alignas(64) std::int16_t wideGlow[PaintTile::kSide];
+  alignas(64) std::int16_t narrowGlow[PaintTile::kSide];
+  alignas(64) std::int16_t body[PaintTile::kSide];
+  alignas(64) std::int16_t core[PaintTile::kSide];
+};
+
+/// The two colours of a stroke: blue, green, red, alpha, 0 to kFull.
+struct StrokeColors {
+  std::int16_t body[4];
+  std::int16_t core[4];
+};
+
+}  // namespace render

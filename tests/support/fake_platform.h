@@ -1,0 +1,36 @@
+#pragma once
+
+#include "platform/services.h"
+#include "tests/support/fake_clock.h"
+#include "tests/support/fake_file_store.h"
+#include "tests/support/fake_main_queue.h"
+#include "tests/support/fake_picture_encoder.h"
+#include "tests/support/fake_save_panel.h"
+#include "tests/support/fake_serial_queue.h"
+#include "tests/support/fake_timer_factory.h"
+
+namespace support {
+
+/// A whole machine of fakes. Make it before what it is given to, so that it outlives that.
+struct FakePlatform {
+  FakeClock clock;
+  FakeMainQueue mainQueue;
+  FakeSerialQueueFactory serialQueues;
+  FakeTimerFactory timers;
+  FakeSavePanel savePanel;
+  FakePictureEncoder pictureEncoder;
+  FakeFileStore files;
+
+  platform::Services services() {
+    return {
+        .clock = clock,
+        .mainQueue = mainQueue,
+        .timers = timers,
+        .savePanel = savePanel,
+        .pictureEncoder = pictureEncoder,
+        .files = files,
+    };
+  }
+};
+
+}  // namespace support
