@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <utility>
 
 #include "platform/handpose/sampling.h"
@@ -43,11 +44,11 @@ bool isNew(const HandCandidate& candidate, const std::vector<HandCandidate>& bet
 }  // namespace
 
 std::vector<HandCandidate> candidatesIn(const float* output, int rows, int columns) {
-  const int cells = rows * columns;
+  const std::ptrdiff_t cells = std::ptrdiff_t{rows} * columns;
   std::vector<HandCandidate> peaks;
   for (int row = 0; row < rows; ++row) {
     for (int column = 0; column < columns; ++column) {
-      const float* const cell = output + row * columns + column;
+      const float* const cell = output + std::ptrdiff_t{row} * columns + column;
       const auto channel = [&](int i) { return static_cast<double>(cell[i * cells]); };
       const bool isUsable = std::isfinite(channel(1)) && std::isfinite(channel(2)) &&
                             std::isfinite(channel(3)) && channel(3) > 0;

@@ -18,9 +18,7 @@ std::string inWords(const std::vector<int>& shape) {
 }
 
 std::vector<int> shapeOf(const cv::Mat& matrix) {
-  std::vector<int> shape;
-  for (int i = 0; i < matrix.dims; ++i) shape.push_back(matrix.size[i]);
-  return shape;
+  return {matrix.size.p, matrix.size.p + matrix.dims};
 }
 
 void splitIntoPlanes(const cv::Mat& bgra, cv::Mat& planes) {
@@ -41,8 +39,8 @@ void splitIntoPlanes(const cv::Mat& bgra, cv::Mat& planes) {
 
 }  // namespace
 
-Network::Network(cv::dnn::Net net, NetworkLayout layout)
-    : net_(std::move(net)), layout_(std::move(layout)) {
+Network::Network(const cv::dnn::Net& net, NetworkLayout layout)
+    : net_(net), layout_(std::move(layout)) {
   for (const NetworkOutput& output : layout_.outputs) outputNames_.push_back(output.name);
   planes_.create(std::vector<int>{1, 3, layout_.height, layout_.width}, CV_32F);
 }

@@ -41,7 +41,7 @@ class Network {
   int height() const { return layout_.height; }
 
  private:
-  Network(cv::dnn::Net net, NetworkLayout layout);
+  Network(const cv::dnn::Net& net, NetworkLayout layout);
   Result<void> checkOutputs(const std::vector<cv::Mat>& outputs) const;
 
   cv::dnn::Net net_;

@@ -1,5 +1,6 @@
 #include "platform/handpose/network_vision.h"
 
+#include <opencv2/core.hpp>
 #include <utility>
 
 #include "platform/handpose/embedded_networks.h"
@@ -10,6 +11,8 @@ NetworkVision::NetworkVision(HandFinder finder, LandmarkReader reader)
     : finder_(std::move(finder)), reader_(std::move(reader)) {}
 
 Result<NetworkVision> NetworkVision::load() {
+  // The networks are too small to gain from a second thread, and the other cores draw.
+  cv::setNumThreads(1);
   auto finder = HandFinder::load(handFinderFile());
   if (!finder) return finder.error();
   auto reader = LandmarkReader::load(handLandmarksFile());

@@ -11,7 +11,6 @@ namespace {
 
 using platform::Chirality;
 using platform::handpose::kJointCount;
-using platform::handpose::Landmark;
 using platform::handpose::TrackedHand;
 
 constexpr int kLeastWidth = 480;
