@@ -12,6 +12,7 @@ from geometry import CROP_PER_SIZE
 
 REAL_KINDS = {"digits": 0.27, "closeup": 0.33, "webcam": 0.26, "video": 0.05, "photo": 0.09}
 NEGATIVE_SHARE = 0.14
+SQUARE, SQUARES = 160, 2500  # Backgrounds are kept ready: pixels, and how many of each kind.
 PATCH_PIXELS = 190  # Real hands are kept as patches of this size per 2.6 hand boxes.
 
 
@@ -105,28 +106,38 @@ class LandmarkBatches:
         self.drawn_rooms = rendered.Shards(rooms_pattern, rendered.SCENE_SHAPE)
         self.real_share = real_share
         self.rng = np.random.default_rng(seed)
+        self.real_squares = [self.rooms.pick(self.rng, SQUARE) for _ in range(SQUARES)]
+        self.drawn_squares = []
         self.rescan()
 
     def rescan(self):
         self.crops.rescan()
         self.drawn_rooms.rescan()
+        for _ in range(min(600, SQUARES - len(self.drawn_squares)) if self.drawn_rooms.count else 0):
+            self.drawn_squares.append(self._drawn_square())
+
+    def _drawn_square(self):
+        rng = self.rng
+        room = np.ascontiguousarray(self.drawn_rooms.pick(rng)["pixels"][..., :3])
+        height, width = room.shape[:2]
+        matrix = geometry.crop_matrix(rng.uniform(0.3, 0.7) * width, rng.uniform(0.3, 0.7) * height,
+                                      height * rng.uniform(0.4, 1.1), rng.normal(0, 0.25), SQUARE, rng.random() < 0.5)
+        return geometry.warp(room, matrix, SQUARE, SQUARE, cv2.BORDER_REFLECT)
 
     def background(self, pixels):
+        """A part of a ready-made square, seen by another camera."""
         rng = self.rng
-        if self.drawn_rooms.count and rng.random() < 0.6:
-            room = self.drawn_rooms.pick(rng)["pixels"][..., :3]
-            height, width = room.shape[:2]
-            side = height * rng.uniform(0.35, 1.0)
-            matrix = geometry.crop_matrix(rng.uniform(0.3, 0.7) * width, rng.uniform(0.3, 0.7) * height, side,
-                                          rng.normal(0, 0.25), pixels, rng.random() < 0.5)
-            picture = geometry.warp(np.ascontiguousarray(room), matrix, pixels, pixels, cv2.BORDER_REFLECT)
-        else:
-            picture = self.rooms.pick(rng, pixels)
-        if rng.random() < 0.4:
-            picture = cv2.GaussianBlur(picture, (0, 0), rng.uniform(0.5, 4.0))
+        bank = self.drawn_squares if self.drawn_squares and rng.random() < 0.55 else self.real_squares
+        square = bank[int(rng.integers(len(bank)))]
+        y, x = rng.integers(0, SQUARE - pixels + 1, 2)
+        picture = square[y:y + pixels, x:x + pixels]
+        if rng.random() < 0.5:
+            picture = picture[:, ::-1]
+        if rng.random() < 0.25:
+            picture = cv2.GaussianBlur(picture, (0, 0), rng.uniform(0.5, 3.0))
         if rng.random() < 0.5:
             picture = cv2.convertScaleAbs(picture, alpha=rng.uniform(0.35, 1.3), beta=rng.uniform(0, 30))
-        return picture
+        return np.ascontiguousarray(picture)
 
     def hand(self):
         """One hand: pixels (BGR or premultiplied BGRA), joints, right, weight, visible."""
@@ -170,6 +181,14 @@ class LandmarkBatches:
             picture = np.ascontiguousarray(picture)
             cover(picture, joints, visible, rng)
         return camera.develop(picture, rng), joints / pixels, visible, right, weight, 0.0 if negative else 1.0
+
+    @staticmethod
+    def mirrored(batch):
+        """The same batch in a mirror: as good as another one, and free."""
+        pictures, joints, visible, right, weight, presence = batch
+        joints = joints.copy()
+        joints[..., 0] = 1 - joints[..., 0]
+        return np.ascontiguousarray(pictures[:, :, ::-1]), joints, visible, 1 - right, weight, presence
 
     def batch(self, count, pixels):
         """Pictures (n, s, s, 3) uint8; joints in crop units, visible, right (nan unknown), weight, presence."""

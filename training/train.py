@@ -26,6 +26,8 @@ import networks
 
 WARM_UP_STEPS = 200
 SAVE_SECONDS = 120
+FOLLOW_EVERY = 4     # Steps between moves of the average.
+MIRRORED_LATER = 30  # Batches between a batch and its mirror image.
 
 
 class Landmarks:
@@ -40,7 +42,7 @@ class Landmarks:
         self.tuning = tuning_crops(arguments.hands)
 
     def draw(self, count, progress):
-        return self.batches.batch(count, 96 if progress < 0.5 else networks.CROP_SIZE)
+        return self.batches.batch(count, 96 if progress < 0.6 else networks.CROP_SIZE)
 
     def loss(self, net, batch, device, autocast):
         from landmark_loss import landmark_loss
@@ -97,7 +99,7 @@ class Run:
         matrices = [p for p in net.parameters() if p.ndim > 1]
         others = [p for p in net.parameters() if p.ndim <= 1]
         self.optimiser = torch.optim.AdamW([{"params": matrices, "weight_decay": 0.02},
-                                            {"params": others, "weight_decay": 0}], rate)
+                                            {"params": others, "weight_decay": 0}], rate, foreach=True)
         self.counters = {"steps": 0, "pictures": 0, "seconds": 0.0, "starts": 0}
         self.path = self.folder / "checkpoint.pt"
         if self.path.exists():
@@ -111,7 +113,9 @@ class Run:
     def follow(self):
         """Moves the average towards the weights."""
         steps = self.counters["steps"]
-        keep = min(0.998, (1 + steps) / (10 + steps))
+        if steps % FOLLOW_EVERY != 0:
+            return
+        keep = min(0.998, (1 + steps) / (10 + steps)) ** FOLLOW_EVERY
         with torch.no_grad():
             for average, current in zip(self.average.state_dict().values(), self.net.state_dict().values()):
                 if average.is_floating_point():
@@ -155,9 +159,13 @@ def train(arguments):
     ready = queue.Queue(6)
 
     def feed():
-        drawn = 0
+        drawn, waiting = 0, []
         while not stop.is_set():
-            ready.put(task.draw(arguments.batch, progress()))
+            batch = task.draw(arguments.batch, progress())
+            ready.put(batch)
+            waiting.append(task.batches.mirrored(batch))
+            if len(waiting) > MIRRORED_LATER:
+                ready.put(waiting.pop(int(task.batches.rng.integers(len(waiting)))))
             drawn += 1
             if drawn % 300 == 0:
                 task.batches.rescan()
