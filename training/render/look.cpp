@@ -94,8 +94,8 @@ Look::Point Look::nailAt(const SurfacePoint& p, Point skin) const {
 Look::Point Look::skinAt(const SurfacePoint& p) const {
   const float coarse = noiseAt(p.place * mottlingScale_ + place);
   Point point{skin_ * (1 + mottling_ * coarse + fineMottling_ * noiseAt(p.place * fineScale_ + place)), gloss, 0.08f};
-  if (p.arm < 1.9f) return point;
-  const float palmar = smoothStep(-0.2f, 0.6f, p.palmar);
+  if (p.arm < 1.8f) return point;
+  const float palmar = smoothStep(-0.2f, 0.6f, p.palmar) * smoothStep(1.8f, 2.05f, p.arm);
   point.colour = mix(point.colour, point.colour * 1.15f + Vec3{0.10f, 0.06f, 0.045f}, std::min(1.0f, palmar * palmLightness_));
   float red = 0;
   if (p.finger >= 0) {
@@ -109,9 +109,9 @@ Look::Point Look::skinAt(const SurfacePoint& p) const {
     }
     if (p.finger == ringFinger_ && p.alongFinger > 0.42f && p.alongFinger < 0.58f) return {ring_, 0.9f, 0};
   } else {
-    red += 0.25f * smoothStep(0.2f, 1, p.palmar);
+    red += 0.25f * smoothStep(0.2f, 1, p.palmar) * palmar;
     const float line = noiseAt(p.place * 3.2f + place);
-    if (p.palmar > 0.3f) point.colour = point.colour * (1 - 0.35f * creases_ * bell(line * 16));
+    if (p.palmar > 0.3f && p.arm > 2) point.colour = point.colour * (1 - 0.35f * creases_ * bell(line * 16));
     if (p.palmar < -0.2f) point.colour = point.colour * (1 - veins_ * bell(line * 6));
   }
   point.colour = point.colour * Vec3{1, 1 - 0.45f * redness_ * red, 1 - 0.4f * redness_ * red};
