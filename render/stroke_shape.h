@@ -6,6 +6,7 @@
 #include "render/glow_layer.h"
 #include "render/paint_tile.h"
 #include "render/pixel_rect.h"
+#include "render/tile_coverage.h"
 #include "strokes/stroke_points.h"
 
 namespace render {
@@ -29,9 +30,6 @@ class StrokeShape {
   void rowOfTile(int y, TileRowShares& shares) const;
 
  private:
-  void coverTile(int tileX, int tileY);
-  void coverFinely(int tileX, int tileY);
-
   std::vector<CurvePiece> pieces_;
   GlowLayer wide_;
   GlowLayer narrow_;
@@ -42,8 +40,8 @@ class StrokeShape {
   std::vector<CurvePiece> near_;  // The pieces that paint in the opened tile.
   bool hasWide_ = false;
   bool hasNarrow_ = false;
-  alignas(64) std::int16_t body_[PaintTile::kSide * PaintTile::kSide];
-  alignas(64) std::int16_t core_[PaintTile::kSide * PaintTile::kSide];
+  bool hasBody_ = false;
+  TileCoverage coverage_;
 };
 
 }  // namespace render

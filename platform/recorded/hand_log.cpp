@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -14,11 +15,22 @@ using Json = nlohmann::ordered_json;
 
 constexpr std::array kAllChiralities{Chirality::left, Chirality::unknown, Chirality::right};
 
+/// The double with the fewest digits that rounds to `value`, so that 0.9F is written as 0.9.
+double shortest(float value) {
+  std::array<char, 32> text{};
+  const auto end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
+  double number = 0;
+  std::from_chars(text.data(), end, number);
+  return number;
+}
+
 Json toJson(const HandObservation& hand) {
   Json json;
   json["chirality"] = name(hand.chirality);
   for (const HandJoint joint : kAllHandJoints) {
-    if (const auto& seen = hand[joint]) json[name(joint)] = {seen->x, seen->y, seen->confidence};
+    if (const auto& seen = hand[joint]) {
+      json[name(joint)] = {seen->x, seen->y, shortest(seen->confidence)};
+    }
   }
   return json;
 }

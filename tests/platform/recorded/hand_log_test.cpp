@@ -52,6 +52,12 @@ TEST(HandLog, JointsThatWereNotSeenStayAbsent) {
   EXPECT_THAT(fromLine(line).value().answer.value(), ElementsAre(hand));
 }
 
+TEST(HandLog, ConfidencesAreWrittenAsPeopleWriteThem) {
+  HandObservation hand;
+  hand[HandJoint::wrist] = RecognizedPoint{0.5, 0.25, 0.9F};
+  EXPECT_THAT(toLine({0, std::vector{hand}}), HasSubstr("\"wrist\":[0.5,0.25,0.9]"));
+}
+
 TEST(HandLog, AFailureKeepsItsWords) {
   const HandLogEntry read = fromLine(toLine({2.5, Error{"The \"network\" is gone."}})).value();
   ASSERT_FALSE(read.answer);

@@ -1,0 +1,68 @@
+#include "ui/content_view.h"
+
+#include <QGridLayout>
+#include <QVBoxLayout>
+
+#include "ui/divider.h"
+
+namespace ui {
+namespace {
+
+constexpr QSize kMinimumSize(960, 620);
+constexpr int kBannerPadding = 10;
+
+}  // namespace
+
+ContentView::ContentView(model::AppModel& model, platform::TimerFactory& timers, QWidget* parent)
+    : QWidget(parent),
+      refresher_(model),
+      topBar_(new TopBar(model)),
+      paintView_(new PaintView(model, timers)),
+      errorBanner_(new ErrorBanner(model, this)),
+      statusBar_(new StatusBar(model)),
+      sidebar_(new Sidebar(model)),
+      clearConfirmation_(new ClearConfirmation(model, this)),
+      saveChoice_(new SaveChoice(model, this)) {
+  setMinimumSize(kMinimumSize);
+  auto* column = new QVBoxLayout;
+  column->setSpacing(0);
+  column->addWidget(topBar_);
+  column->addLayout(makeDrawingArea(), 1);
+  column->addWidget(statusBar_);
+
+  auto* row = new QHBoxLayout(this);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(0);
+  row->addLayout(column, 1);
+  row->addWidget(new Divider(Qt::Vertical));
+  row->addWidget(sidebar_);
+  errorBanner_->raise();
+  paintView_->setFocus();
+
+  connect(&refresher_, &ModelRefresher::refreshed, this, &ContentView::refresh);
+  refresh();
+}
+
+QLayout* ContentView::makeDrawingArea() {
+  auto* overView = new QVBoxLayout;
+  const int margin = kBannerPadding - ErrorBanner::kShadowRoom;
+  overView->setContentsMargins(margin, margin, margin, margin);
+  overView->addWidget(errorBanner_);
+  overView->addStretch(1);
+
+  auto* layers = new QGridLayout;
+  layers->addWidget(paintView_, 0, 0);
+  layers->addLayout(overView, 0, 0);
+  return layers;
+}
+
+void ContentView::refresh() {
+  topBar_->refresh();
+  errorBanner_->refresh();
+  statusBar_->refresh();
+  sidebar_->refresh();
+  clearConfirmation_->refresh();
+  saveChoice_->refresh();
+}
+
+}  // namespace ui
