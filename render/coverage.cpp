@@ -99,8 +99,8 @@ void rampRow(const float* depths, std::int16_t full, std::int16_t* coverage) {
 std::uint64_t edgeRow(const float* above, const float* depths, const float* below,
                       std::int16_t full, std::int16_t* coverage) {
   float continued[kRow];
-  if (!above) continueRow(depths, below, continued);
-  if (!below) continueRow(depths, above, continued);
+  if (!above) continueRow(depths, below ? below : depths, continued);
+  if (!below) continueRow(depths, above ? above : depths, continued);
   float row[kRow + 2];
   std::copy_n(depths, kRow, row + 1);
   row[0] = 2 * row[1] - row[2];

@@ -32,14 +32,6 @@ int floorDiv(int a, int b) {
   return a >= 0 ? a / b : -((-a + b - 1) / b);
 }
 
-PixelRect boxOf(const CurvePiece& p, double margin) {
-  const auto [left, right] = std::minmax({p.x0, p.x1, p.x2});
-  const auto [top, bottom] = std::minmax({p.y0, p.y1, p.y2});
-  const double m = p.bodyHalf + margin;
-  return {static_cast<int>(std::floor(left - m)), static_cast<int>(std::floor(top - m)),
-          static_cast<int>(std::ceil(right + m)), static_cast<int>(std::ceil(bottom + m))};
-}
-
 }  // namespace
 
 double GlowLayer::reach(double sigma) {
@@ -52,7 +44,7 @@ void GlowLayer::build(std::span<const CurvePiece> pieces, double sigma, const Pi
   const GaussianKernel kernel(sigmaInCells(sigma, cellPx_));
   const int reachPx = (kernel.radius() + 3) * cellPx_;
   PixelRect box;
-  for (const CurvePiece& piece : pieces) box = box.united(boxOf(piece, reachPx));
+  for (const CurvePiece& piece : pieces) box = box.united(piece.box(reachPx));
   box = box.intersected(area.grownBy(reachPx));
   mask_.reset(0, 0, 0);
   if (box.isEmpty()) return;
@@ -74,23 +66,18 @@ void GlowLayer::expandRow(int cellY, int firstCellX, std::int16_t* values) const
     std::fill_n(values, kTile, std::int16_t{0});
     return;
   }
-  const std::int16_t* row = mask_.row(y);
-  const auto cellAt = [&](int cellX) {
-    const int x = cellX - left_;
-    return x < 0 || x >= mask_.width() ? 0 : row[x];
-  };
-  for (int i = 0; i < kTile; ++i) {
-    const int cell = firstCellX + i / cellPx_;
-    if (cellPx_ == 1) {
-      values[i] = static_cast<std::int16_t>(cellAt(cell));
-      continue;
-    }
-    const int inCell = i % cellPx_;
-    const int first = cell + firstSplineCell(cellPx_, inCell);
-    const SplineWeights& weights = splineWeights(cellPx_, inCell);
-    int sum = 16384;
-    for (int k = 0; k < 4; ++k) sum += cellAt(first + k) * weights.weight[k];
-    values[i] = static_cast<std::int16_t>(sum / 32768);
+  const int margin = cellPx_ == 1 ? 0 : 2;
+  const int count = kTile / cellPx_ + 2 * margin;
+  // The cells of the mask among those wanted; the others are zero.
+  const int first = firstCellX - margin - left_;
+  const int from = std::clamp(-first, 0, count);
+  const int to = std::clamp(mask_.width() - first, from, count);
+  std::int16_t cells[kTile + 4] = {};
+  std::copy_n(mask_.row(y) + first + from, to - from, cells + from);
+  if (cellPx_ == 1) {
+    std::copy_n(cells, kTile, values);
+  } else {
+    expandCells(cells, cellPx_, values);
   }
 }
 

@@ -1,6 +1,7 @@
 #include "render/spline.h"
 
 #include <array>
+#include <bit>
 #include <cmath>
 
 #undef HWY_TARGET_INCLUDE
@@ -28,6 +29,20 @@ void mixRows(const std::int16_t* const* rows, const std::int16_t* weights, std::
   }
 }
 
+/// shares[k]: the weights of cell k for all 64 pixels.
+void expand(const std::int16_t* cells, int cellPx, const std::int16_t (*shares)[PaintTile::kSide],
+            std::int16_t* pixels) {
+  const D d;
+  const int lanes = static_cast<int>(hn::Lanes(d));
+  for (int x = 0; x < PaintTile::kSide; x += lanes) {
+    auto sum = hn::Zero(d);
+    const int last = (x + lanes - 1) / cellPx + 4;
+    for (int k = x / cellPx; k <= last; ++k)
+      sum = hn::Add(sum, hn::MulFixedPoint15(hn::Set(d, cells[k]), hn::Load(d, shares[k] + x)));
+    hn::Store(sum, d, pixels + x);
+  }
+}
+
 }  // namespace render::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
@@ -36,6 +51,7 @@ HWY_AFTER_NAMESPACE();
 namespace render {
 
 HWY_EXPORT(mixRows);
+HWY_EXPORT(expand);
 
 namespace {
 
@@ -66,11 +82,37 @@ std::array<SplineWeights, 126> allWeights() {
   return all;
 }
 
+/// For each cell of a tile's row, two before and two after it: its weight for each pixel.
+struct CellShares {
+  alignas(64) std::int16_t of[PaintTile::kSide / 2 + 4][PaintTile::kSide];
+};
+
+CellShares sharesOf(int cellPx) {
+  CellShares shares{};
+  for (int x = 0; x < PaintTile::kSide; ++x) {
+    const int first = x / cellPx + 2 + firstSplineCell(cellPx, x % cellPx);
+    for (int k = 0; k < 4; ++k)
+      shares.of[first + k][x] = splineWeights(cellPx, x % cellPx).weight[k];
+  }
+  return shares;
+}
+
+/// For cells of 2, 4, 8 ... 64 pixels.
+const CellShares& cellShares(int cellPx) {
+  static const std::array<CellShares, 6> all{sharesOf(2),  sharesOf(4),  sharesOf(8),
+                                             sharesOf(16), sharesOf(32), sharesOf(64)};
+  return all[static_cast<std::size_t>(std::countr_zero(static_cast<unsigned>(cellPx)) - 1)];
+}
+
 }  // namespace
 
 const SplineWeights& splineWeights(int cellPx, int i) {
   static const std::array<SplineWeights, 126> all = allWeights();
   return all[static_cast<std::size_t>(cellPx - 2 + i)];
+}
+
+void expandCells(const std::int16_t* cells, int cellPx, std::int16_t* pixels) {
+  HWY_DYNAMIC_DISPATCH(expand)(cells, cellPx, cellShares(cellPx).of, pixels);
 }
 
 void mixFourRows(const std::int16_t* const* rows, const SplineWeights& weights, std::int16_t most,

@@ -23,4 +23,7 @@ inline int firstSplineCell(int cellPx, int i) {
 void mixFourRows(const std::int16_t* const* rows, const SplineWeights& weights, std::int16_t most,
                  std::int16_t* sum);
 
+/// The 64 pixels of a tile's row from its 64 / cellPx cells, with two more before and after them.
+void expandCells(const std::int16_t* cells, int cellPx, std::int16_t* pixels);
+
 }  // namespace render

@@ -10,22 +10,9 @@ namespace render {
 
 namespace {
 
-constexpr int kTile = PaintTile::kSide;
 // The blur radii of the two glow passes in reference units; a radius is two sigmas.
 constexpr double kWideSigma = 30.0 / 2;
 constexpr double kNarrowSigma = 10.0 / 2;
-PixelRect boxOf(const CurvePiece& p, double margin) {
-  const auto [left, right] = std::minmax({p.x0, p.x1, p.x2});
-  const auto [top, bottom] = std::minmax({p.y0, p.y1, p.y2});
-  const double m = p.bodyHalf + margin;
-  return {static_cast<int>(std::floor(left - m)), static_cast<int>(std::floor(top - m)),
-          static_cast<int>(std::ceil(right + m)), static_cast<int>(std::ceil(bottom + m))};
-}
-
-PixelRect tileRect(int tileX, int tileY) {
-  return {tileX * kTile, tileY * kTile, (tileX + 1) * kTile, (tileY + 1) * kTile};
-}
-
 }  // namespace
 
 void StrokeShape::build(const strokes::StrokePoints& points, const CanvasMapping& mapping,
@@ -38,8 +25,9 @@ void StrokeShape::build(const strokes::StrokePoints& points, const CanvasMapping
   pieces_.clear();
   bounds_ = {};
   appendCurvePieces(points, mapping, area, reach_, pieces_);
-  for (const CurvePiece& piece : pieces_) bounds_ = bounds_.united(boxOf(piece, reach_));
+  for (const CurvePiece& piece : pieces_) bounds_ = bounds_.united(piece.box(reach_));
   bounds_ = bounds_.intersected(area);
+  index_.build(pieces_, bounds_, reach_);
   if (glow_ && !bounds_.isEmpty()) {
     wide_.build(pieces_, kWideSigma * unitPx, bounds_);
     narrow_.build(pieces_, kNarrowSigma * unitPx, bounds_);
@@ -47,16 +35,10 @@ void StrokeShape::build(const strokes::StrokePoints& points, const CanvasMapping
 }
 
 bool StrokeShape::openTile(int tileX, int tileY) {
-  const PixelRect tile = tileRect(tileX, tileY);
-  if (tile.intersected(bounds_).isEmpty()) return false;
-  bool isReached = false;
+  if (!index_.isReached(tileX, tileY)) return false;
   near_.clear();
-  for (const CurvePiece& piece : pieces_) {
-    if (boxOf(piece, reach_).intersected(tile).isEmpty()) continue;
-    isReached = true;
-    if (!boxOf(piece, 2).intersected(tile).isEmpty()) near_.push_back(piece);
-  }
-  if (!isReached) return false;
+  for (const int number : index_.piecesIn(tileX, tileY))
+    near_.push_back(pieces_[static_cast<std::size_t>(number)]);
   hasWide_ = glow_ && wide_.openTile(tileX, tileY);
   hasNarrow_ = glow_ && narrow_.openTile(tileX, tileY);
   if (near_.empty() && !hasWide_ && !hasNarrow_) return false;

@@ -5,6 +5,7 @@
 #include "render/curve_piece.h"
 #include "render/glow_layer.h"
 #include "render/paint_tile.h"
+#include "render/piece_index.h"
 #include "render/pixel_rect.h"
 #include "render/tile_coverage.h"
 #include "strokes/stroke_points.h"
@@ -31,6 +32,7 @@ class StrokeShape {
 
  private:
   std::vector<CurvePiece> pieces_;
+  PieceIndex index_;
   GlowLayer wide_;
   GlowLayer narrow_;
   PixelRect bounds_;
