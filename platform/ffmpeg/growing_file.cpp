@@ -1,6 +1,7 @@
 #include "platform/ffmpeg/growing_file.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -14,6 +15,11 @@ namespace platform::ffmpeg {
 Result<std::unique_ptr<GrowingFile>> GrowingFile::create(const std::filesystem::path& path) {
   const int descriptor = ::open(path.c_str(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
   if (descriptor < 0) return fileError(path, errno);
+  struct stat opened {};
+  if (::fstat(descriptor, &opened) != 0 || !S_ISREG(opened.st_mode)) {
+    ::close(descriptor);
+    return fileError(path, EPERM);
+  }
   return std::unique_ptr<GrowingFile>(new GrowingFile(path, descriptor));
 }
 

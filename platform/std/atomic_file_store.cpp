@@ -70,4 +70,13 @@ Result<void> AtomicFileStore::replace(const std::filesystem::path& path,
   return {};
 }
 
+Result<void> AtomicFileStore::remove(const std::filesystem::path& path) {
+  struct stat found {};
+  int error = lstat(path.c_str(), &found) == 0 ? 0 : errno;
+  if (error == 0 && !S_ISREG(found.st_mode) && !S_ISLNK(found.st_mode)) error = EPERM;
+  if (error == 0 && unlink(path.c_str()) != 0) error = errno;
+  if (error == 0) return {};
+  return Error{"Removing " + path.string() + " failed: " + systemError(error).message() + "."};
+}
+
 }  // namespace platform

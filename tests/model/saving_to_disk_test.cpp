@@ -25,7 +25,10 @@ class SavingToDisk : public testing::Test {
             .timers = fakes.timers,
             .savePanel = fakes.savePanel,
             .pictureEncoder = encoder,
-            .files = files};
+            .files = files,
+            .videoWriters = fakes.videoWriters,
+            .calendar = fakes.calendar,
+            .folders = fakes.folders};
   }
 
   static std::vector<int> pixel(const pixels::Image& image, int x, int y) {

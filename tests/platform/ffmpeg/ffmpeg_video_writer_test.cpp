@@ -2,13 +2,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
-#include <csignal>
-#include <cstdlib>
 #include <future>
 #include <memory>
 #include <random>
@@ -21,6 +17,9 @@
 #include "tests/support/fake_clock.h"
 #include "tests/support/fake_main_queue.h"
 #include "tests/support/fake_timer_factory.h"
+#include "tests/support/scoped_disk_limit.h"
+#include "tests/support/scoped_ordinary_user.h"
+#include "tests/support/temporary_folder.h"
 
 namespace {
 
@@ -38,36 +37,11 @@ using testing::IsEmpty;
 using testing::Not;
 using Status = VideoWriter::Status;
 
-/// No file may grow beyond this while it lives: a disk that gets full, without one.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t bytes) {
-    std::signal(SIGXFSZ, SIG_IGN);
-    getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit limited{bytes, before_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limited);
-  }
-  ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &before_); }
-
- private:
-  rlimit before_{};
-};
-
 struct FfmpegVideoWriterTest : testing::Test {
-  std::filesystem::path folder;
-  std::filesystem::path path;
+  support::TemporaryFolder folder;
+  const std::filesystem::path path = folder / "a video: 1.mp4";
   FfmpegVideoWriterFactory factory;
   std::unique_ptr<VideoWriter> writer;
-
-  FfmpegVideoWriterTest() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "video-test-XXXXXX").string();
-    folder = mkdtemp(pattern.data());
-    path = folder / "a video: 1.mp4";
-  }
-  ~FfmpegVideoWriterTest() override {
-    writer.reset();
-    std::filesystem::remove_all(folder);
-  }
 
   void start(const VideoSettings& settings = {64, 48, 30}) {
     writer.reset();
@@ -77,7 +51,6 @@ struct FfmpegVideoWriterTest : testing::Test {
     ASSERT_TRUE(writer->addInput(settings));
     ASSERT_TRUE(writer->startWriting());
     writer->startSession(MediaTime{});
-    settings_ = settings;
   }
 
   template <class Paint>
@@ -113,14 +86,6 @@ struct FfmpegVideoWriterTest : testing::Test {
     ended.get_future().wait();
   }
 
-  std::vector<std::string> filesInFolder() const {
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(folder))
-      names.push_back(entry.path().filename().string());
-    return names;
-  }
-
-  VideoSettings settings_;
   std::mt19937 random_{5};
 };
 
@@ -148,7 +113,7 @@ TEST_F(FfmpegVideoWriterTest, AFinishedVideoHasItsIndexInFrontAndNoFragments) {
   finish();
 
   EXPECT_THAT(readVideo(path).boxes, ElementsAre("ftyp", "moov", "free", "free", "mdat"));
-  EXPECT_THAT(filesInFolder(), ElementsAre(path.filename().string()));
+  EXPECT_THAT(folder.names(), ElementsAre(path.filename().string()));
 }
 
 TEST_F(FfmpegVideoWriterTest, AVideoIsTaggedAsEveryPlayerUnderstands) {
@@ -256,30 +221,24 @@ TEST_F(FfmpegVideoWriterTest, SizesThatTheFormatDoesNotKnowAreRefused) {
     auto made = factory.make(path);
     EXPECT_FALSE(std::move(made).value()->addInput({width, height, 30})) << width << "x" << height;
   }
-  EXPECT_THAT(filesInFolder(), IsEmpty());
+  EXPECT_THAT(folder.names(), IsEmpty());
 }
 
 TEST_F(FfmpegVideoWriterTest, AFolderThatIsGoneIsAnErrorWithItsReason) {
-  const auto made = factory.make(folder / "gone" / "a.mp4");
+  const auto made = factory.make(folder / "gone/a.mp4");
 
   ASSERT_FALSE(made.ok());
   EXPECT_THAT(made.error().description, EndsWith("gone/a.mp4: No such file or directory"));
 }
 
 TEST_F(FfmpegVideoWriterTest, AFolderThatMayNotBeWrittenToIsAnErrorWithItsReason) {
-  if (geteuid() == 0) {
-    ASSERT_EQ(seteuid(65534), 0);  // Root may write everywhere.
-  } else {
-    std::filesystem::permissions(folder, std::filesystem::perms::owner_read);
-  }
+  std::filesystem::permissions(folder.path(), std::filesystem::perms(0555));
 
-  const auto made = factory.make(path);
+  const auto made = [&] {
+    const support::ScopedOrdinaryUser user;  // Root may write everywhere.
+    return factory.make(path);
+  }();
 
-  if (getuid() == 0) {
-    ASSERT_EQ(seteuid(0), 0);
-  } else {
-    std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
-  }
   ASSERT_FALSE(made.ok());
   EXPECT_THAT(made.error().description, EndsWith("Permission denied"));
 }
@@ -289,7 +248,7 @@ TEST_F(FfmpegVideoWriterTest, AStartOnAFullDiskFailsWithItsReasonAndLeavesNoFile
   writer = std::move(made).value();
   ASSERT_TRUE(writer->addInput({64, 48, 30}));
   {
-    const FileSizeLimit full(100);
+    const support::ScopedDiskLimit full(100);
 
     EXPECT_FALSE(writer->startWriting());
   }
@@ -297,11 +256,11 @@ TEST_F(FfmpegVideoWriterTest, AStartOnAFullDiskFailsWithItsReasonAndLeavesNoFile
   EXPECT_EQ(writer->status(), Status::failed);
   EXPECT_THAT(writer->error()->description, EndsWith("File too large"));
   writer.reset();
-  EXPECT_THAT(filesInFolder(), IsEmpty());
+  EXPECT_THAT(folder.names(), IsEmpty());
 }
 
 TEST_F(FfmpegVideoWriterTest, ADiskThatGetsFullFailsTheWriterAndWhatWasWrittenPlays) {
-  const FileSizeLimit full(200'000);
+  const support::ScopedDiskLimit full(200'000);
   start();
 
   std::int64_t time = 0;
@@ -317,7 +276,7 @@ TEST_F(FfmpegVideoWriterTest, ADiskThatGetsFullFailsTheWriterAndWhatWasWrittenPl
 }
 
 TEST_F(FfmpegVideoWriterTest, FinishingAWriterThatHasFailedTellsSo) {
-  const FileSizeLimit full(50'000);
+  const support::ScopedDiskLimit full(50'000);
   start();
   std::int64_t time = 0;
   while (writer->status() == Status::writing && time < 20'000) appendNoise(time += 20);
@@ -350,7 +309,7 @@ TEST_F(FfmpegVideoWriterTest, AVideoWithoutAFrameIsAnErrorAndNoFile) {
   EXPECT_EQ(writer->status(), Status::failed);
   EXPECT_EQ(writer->error()->description, "No frame was recorded.");
   writer.reset();
-  EXPECT_THAT(filesInFolder(), IsEmpty());
+  EXPECT_THAT(folder.names(), IsEmpty());
 }
 
 TEST_F(FfmpegVideoWriterTest, ARecordingLastsAsLongAsTheClockSays) {
