@@ -5,6 +5,8 @@
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <ostream>
+#include <string>
 
 #include "tests/support/hands.h"
 
@@ -24,45 +26,62 @@ Reading spreadReading() {
   return reading(spreadHand({}), kSquare).value();
 }
 
-class RequiredJoint : public testing::TestWithParam<HandJoint> {};
+/// A joint by the name under which a failing test shows it.
+struct NamedJoint {
+  const char* name;
+  HandJoint joint;
+
+  friend void PrintTo(const NamedJoint& named, std::ostream* out) { *out << named.name; }
+};
+
+std::string nameOf(const testing::TestParamInfo<NamedJoint>& info) {
+  return info.param.name;
+}
+
+class RequiredJoint : public testing::TestWithParam<NamedJoint> {};
 
 INSTANTIATE_TEST_SUITE_P(Reading, RequiredJoint,
-                         testing::Values(HandJoint::wrist, HandJoint::thumbTip, HandJoint::indexTip,
-                                         HandJoint::middleMCP));
+                         testing::Values(NamedJoint{"Wrist", HandJoint::wrist},
+                                         NamedJoint{"ThumbTip", HandJoint::thumbTip},
+                                         NamedJoint{"IndexTip", HandJoint::indexTip},
+                                         NamedJoint{"MiddleKnuckle", HandJoint::middleMCP}),
+                         nameOf);
 
 TEST_P(RequiredJoint, AtTheConfidenceLimitMakesTheHandYieldNoReading) {
   HandObservation seen = pinchingHand({});
-  seen[GetParam()]->confidence = 0.3F;
+  seen[GetParam().joint]->confidence = 0.3F;
   EXPECT_FALSE(reading(seen, kSquare));
 }
 
 TEST_P(RequiredJoint, JustAboveTheConfidenceLimitIsEnough) {
   HandObservation seen = pinchingHand({});
-  seen[GetParam()]->confidence = std::nextafter(0.3F, 1.0F);
+  seen[GetParam().joint]->confidence = std::nextafter(0.3F, 1.0F);
   EXPECT_TRUE(reading(seen, kSquare));
 }
 
 TEST_P(RequiredJoint, ThatIsMissingMakesTheHandYieldNoReading) {
   HandObservation seen = pinchingHand({});
-  seen[GetParam()].reset();
+  seen[GetParam().joint].reset();
   EXPECT_FALSE(reading(seen, kSquare));
 }
 
 TEST_P(RequiredJoint, WithAConfidenceThatIsNoNumberCountsAsMissing) {
   HandObservation seen = pinchingHand({});
-  seen[GetParam()]->confidence = std::numeric_limits<float>::quiet_NaN();
+  seen[GetParam().joint]->confidence = std::numeric_limits<float>::quiet_NaN();
   EXPECT_FALSE(reading(seen, kSquare));
 }
 
-class OptionalTip : public testing::TestWithParam<HandJoint> {};
+class OptionalTip : public testing::TestWithParam<NamedJoint> {};
 
 INSTANTIATE_TEST_SUITE_P(Reading, OptionalTip,
-                         testing::Values(HandJoint::middleTip, HandJoint::ringTip,
-                                         HandJoint::littleTip));
+                         testing::Values(NamedJoint{"MiddleTip", HandJoint::middleTip},
+                                         NamedJoint{"RingTip", HandJoint::ringTip},
+                                         NamedJoint{"LittleTip", HandJoint::littleTip}),
+                         nameOf);
 
 TEST_P(OptionalTip, ThatIsMissingLeavesAReadingThatIsNeverSpread) {
   HandObservation seen = spreadHand({});
-  seen[GetParam()].reset();
+  seen[GetParam().joint].reset();
   const std::optional<Reading> measured = reading(seen, kSquare);
   ASSERT_TRUE(measured);
   EXPECT_FALSE(isSpread(*measured, kSquare));
@@ -70,11 +89,11 @@ TEST_P(OptionalTip, ThatIsMissingLeavesAReadingThatIsNeverSpread) {
 
 TEST_P(OptionalTip, AtTheConfidenceLimitIsAbsentFromTheReading) {
   HandObservation seen = spreadHand({});
-  seen[GetParam()]->confidence = 0.3F;
+  seen[GetParam().joint]->confidence = 0.3F;
   const Reading measured = reading(seen, kSquare).value();
-  EXPECT_EQ(measured.middleTip.has_value(), GetParam() != HandJoint::middleTip);
-  EXPECT_EQ(measured.ringTip.has_value(), GetParam() != HandJoint::ringTip);
-  EXPECT_EQ(measured.littleTip.has_value(), GetParam() != HandJoint::littleTip);
+  EXPECT_EQ(measured.middleTip.has_value(), GetParam().joint != HandJoint::middleTip);
+  EXPECT_EQ(measured.ringTip.has_value(), GetParam().joint != HandJoint::ringTip);
+  EXPECT_EQ(measured.littleTip.has_value(), GetParam().joint != HandJoint::littleTip);
 }
 
 TEST(Reading, TakesEveryJointAndTheChiralityAsReported) {
