@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <optional>
 #include <ostream>
@@ -136,23 +138,44 @@ TEST(Spread, AFistIsNotSpread) {
   EXPECT_FALSE(isSpread(reading(pinchingHand({.ratio = 0.9}), kSquare).value(), kSquare));
 }
 
+TEST(Spread, AHandAtTheSmallestSizeIsStillSpread) {
+  Reading measured = spreadReading();
+  measured.size = 0.02;
+  EXPECT_TRUE(isSpread(measured, kSquare));
+  measured.size = std::nextafter(0.02, 0.0);
+  EXPECT_FALSE(isSpread(measured, kSquare));
+}
+
 TEST(Spread, OneCurledFingerIsEnoughToEndIt) {
-  for (const auto tip : {&Reading::middleTip, &Reading::ringTip, &Reading::littleTip}) {
-    Reading measured = spreadReading();
-    const Position wrist = measured.wrist;
-    const Position far = *(measured.*tip);
+  using enum HandJoint;
+  for (const HandJoint tip : {indexTip, middleTip, ringTip, littleTip}) {
+    HandObservation seen = spreadHand({});
+    const platform::RecognizedPoint from = *seen[wrist];
     // 1.5 hand sizes from the wrist instead of 2.
-    measured.*tip =
-        Position{wrist.x + (far.x - wrist.x) * 0.75, wrist.y + (far.y - wrist.y) * 0.75};
-    EXPECT_FALSE(isSpread(measured, kSquare));
+    seen[tip]->x = from.x + (seen[tip]->x - from.x) * 0.75;
+    seen[tip]->y = from.y + (seen[tip]->y - from.y) * 0.75;
+    EXPECT_FALSE(isSpread(reading(seen, kSquare).value(), kSquare)) << static_cast<int>(tip);
   }
 }
 
-TEST(Spread, FingersPressedTogetherAreNotSpread) {
-  Reading measured = spreadReading();
-  measured.ringTip = Position{measured.middleTip->x + 0.29 * measured.size, measured.middleTip->y};
-  measured.littleTip = Position{measured.ringTip->x + 0.5 * measured.size, measured.ringTip->y};
-  EXPECT_FALSE(isSpread(measured, kSquare));
+TEST(Spread, TwoFingersPressedTogetherAreEnoughToEndIt) {
+  using enum HandJoint;
+  const std::array fingers{indexTip, middleTip, ringTip, littleTip};
+  // Along a line across the hand, half a hand size apart but for one pair.
+  for (const std::size_t pressed : {1, 2, 3}) {
+    for (const double gap : {0.29, 0.31}) {
+      HandObservation seen = spreadHand({});
+      double x = seen[indexTip]->x;
+      const double y = seen[wrist]->y + 0.2 * 2;
+      for (std::size_t i = 0; i < fingers.size(); ++i) {
+        if (i > 0) x += (i == pressed ? gap : 0.5) * 0.2;
+        seen[fingers[i]]->x = x;
+        seen[fingers[i]]->y = y;
+      }
+      EXPECT_EQ(isSpread(reading(seen, kSquare).value(), kSquare), gap > 0.3)
+          << "finger " << pressed << " and the one before, " << gap << " apart";
+    }
+  }
 }
 
 TEST(Spread, AThumbFoldedOntoTheIndexFingerIsNotSpread) {
