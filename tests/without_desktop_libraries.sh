@@ -20,5 +20,5 @@ exec unshare --mount bash -c '
   done
   "$@"
   status=$?
-  umount -l "$empty" 2>/dev/null
+  rmdir "$empty"  # The mounts end with this process.
   exit $status' _ "$@"

@@ -24,7 +24,7 @@ std::error_code systemError(int number) {
 
 /// Where a write to `path` would end up. A link that leads nowhere yet names the file to be made.
 std::error_code followLinks(std::filesystem::path& path) {
-  for (int i = 0; i < kMostLinks; ++i) {
+  for (int followed = 0; followed <= kMostLinks; ++followed) {
     std::error_code isNoLink;
     const std::filesystem::path next = std::filesystem::read_symlink(path, isNoLink);
     if (isNoLink) return {};

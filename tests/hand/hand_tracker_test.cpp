@@ -121,10 +121,14 @@ TEST_F(HandTrackerTest, ALoneColourHandIsThePen) {
 
 TEST_F(HandTrackerTest, WithEitherTheLargerClosedHandIsThePen) {
   tracker_.setColorHand(ColorHand::either);
-  const HandOutput output =
-      see({pinchingHand({.chirality = Chirality::right, .x = 0.2, .size = 0.1}),
-           pinchingHand({.chirality = Chirality::left, .x = 0.7, .y = 0.6, .size = 0.2})});
-  EXPECT_THAT(output.pen, Optional(PenAt(0.3, 0.4)));
+  for (const auto& [smaller, larger] : {std::pair(Chirality::right, Chirality::left),
+                                        std::pair(Chirality::left, Chirality::right)}) {
+    see({});
+    const HandOutput output =
+        see({pinchingHand({.chirality = smaller, .x = 0.2, .size = 0.1}),
+             pinchingHand({.chirality = larger, .x = 0.7, .y = 0.6, .size = 0.2})});
+    EXPECT_THAT(output.pen, Optional(PenAt(0.3, 0.4)));
+  }
 }
 
 TEST_F(HandTrackerTest, WithEitherAnyHandChangesTheColour) {
@@ -193,6 +197,23 @@ TEST_F(HandTrackerTest, AHandThatShrinksAwayLiftsThePenButIsCounted) {
   const HandOutput next = see({pinchingHand({.x = 0.9, .size = 0.3, .ratio = 0.4})});
   EXPECT_THAT(next.pen, Optional(PenAt(0.1, 0.5)));
   EXPECT_FALSE(next.pen->down);
+}
+
+TEST_F(HandTrackerTest, AHandOfExactlyTheSmallestSizeIsNoPen) {
+  const auto ofSize = [](double size) {
+    HandObservation seen = pinchingHand({});
+    seen[HandJoint::wrist] = platform::RecognizedPoint{0, 0, 1};
+    seen[HandJoint::middleMCP] = platform::RecognizedPoint{0, size, 1};
+    return seen;
+  };
+  EXPECT_EQ(see({ofSize(0.01)}), (HandOutput{.handCount = 1}));
+  EXPECT_TRUE(see({ofSize(0.0101)}).pen);
+}
+
+TEST_F(HandTrackerTest, TheColourHandSpreadsAlsoWhileTheOtherIsTooFarAwayToBeThePen) {
+  const HandOutput output = see({spreadHand({.chirality = Chirality::left, .x = 0.2}),
+                                 pinchingHand({.chirality = Chirality::right, .size = 0.005})});
+  EXPECT_EQ(output, (HandOutput{.spread = true, .handCount = 2}));
 }
 
 TEST_F(HandTrackerTest, AHandWhoseSizeIsNoNumberIsCountedButNoPen) {

@@ -2,9 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <optional>
+#include <ostream>
+#include <string>
 
 #include "tests/support/hands.h"
 
@@ -24,45 +28,62 @@ Reading spreadReading() {
   return reading(spreadHand({}), kSquare).value();
 }
 
-class RequiredJoint : public testing::TestWithParam<HandJoint> {};
+/// A joint by the name under which a failing test shows it.
+struct NamedJoint {
+  const char* name;
+  HandJoint joint;
+
+  friend void PrintTo(const NamedJoint& named, std::ostream* out) { *out << named.name; }
+};
+
+std::string nameOf(const testing::TestParamInfo<NamedJoint>& info) {
+  return info.param.name;
+}
+
+class RequiredJoint : public testing::TestWithParam<NamedJoint> {};
 
 INSTANTIATE_TEST_SUITE_P(Reading, RequiredJoint,
-                         testing::Values(HandJoint::wrist, HandJoint::thumbTip, HandJoint::indexTip,
-                                         HandJoint::middleMCP));
+                         testing::Values(NamedJoint{"Wrist", HandJoint::wrist},
+                                         NamedJoint{"ThumbTip", HandJoint::thumbTip},
+                                         NamedJoint{"IndexTip", HandJoint::indexTip},
+                                         NamedJoint{"MiddleKnuckle", HandJoint::middleMCP}),
+                         nameOf);
 
 TEST_P(RequiredJoint, AtTheConfidenceLimitMakesTheHandYieldNoReading) {
   HandObservation seen = pinchingHand({});
-  seen[GetParam()]->confidence = 0.3F;
+  seen[GetParam().joint]->confidence = 0.3F;
   EXPECT_FALSE(reading(seen, kSquare));
 }
 
 TEST_P(RequiredJoint, JustAboveTheConfidenceLimitIsEnough) {
   HandObservation seen = pinchingHand({});
-  seen[GetParam()]->confidence = std::nextafter(0.3F, 1.0F);
+  seen[GetParam().joint]->confidence = std::nextafter(0.3F, 1.0F);
   EXPECT_TRUE(reading(seen, kSquare));
 }
 
 TEST_P(RequiredJoint, ThatIsMissingMakesTheHandYieldNoReading) {
   HandObservation seen = pinchingHand({});
-  seen[GetParam()].reset();
+  seen[GetParam().joint].reset();
   EXPECT_FALSE(reading(seen, kSquare));
 }
 
 TEST_P(RequiredJoint, WithAConfidenceThatIsNoNumberCountsAsMissing) {
   HandObservation seen = pinchingHand({});
-  seen[GetParam()]->confidence = std::numeric_limits<float>::quiet_NaN();
+  seen[GetParam().joint]->confidence = std::numeric_limits<float>::quiet_NaN();
   EXPECT_FALSE(reading(seen, kSquare));
 }
 
-class OptionalTip : public testing::TestWithParam<HandJoint> {};
+class OptionalTip : public testing::TestWithParam<NamedJoint> {};
 
 INSTANTIATE_TEST_SUITE_P(Reading, OptionalTip,
-                         testing::Values(HandJoint::middleTip, HandJoint::ringTip,
-                                         HandJoint::littleTip));
+                         testing::Values(NamedJoint{"MiddleTip", HandJoint::middleTip},
+                                         NamedJoint{"RingTip", HandJoint::ringTip},
+                                         NamedJoint{"LittleTip", HandJoint::littleTip}),
+                         nameOf);
 
 TEST_P(OptionalTip, ThatIsMissingLeavesAReadingThatIsNeverSpread) {
   HandObservation seen = spreadHand({});
-  seen[GetParam()].reset();
+  seen[GetParam().joint].reset();
   const std::optional<Reading> measured = reading(seen, kSquare);
   ASSERT_TRUE(measured);
   EXPECT_FALSE(isSpread(*measured, kSquare));
@@ -70,11 +91,11 @@ TEST_P(OptionalTip, ThatIsMissingLeavesAReadingThatIsNeverSpread) {
 
 TEST_P(OptionalTip, AtTheConfidenceLimitIsAbsentFromTheReading) {
   HandObservation seen = spreadHand({});
-  seen[GetParam()]->confidence = 0.3F;
+  seen[GetParam().joint]->confidence = 0.3F;
   const Reading measured = reading(seen, kSquare).value();
-  EXPECT_EQ(measured.middleTip.has_value(), GetParam() != HandJoint::middleTip);
-  EXPECT_EQ(measured.ringTip.has_value(), GetParam() != HandJoint::ringTip);
-  EXPECT_EQ(measured.littleTip.has_value(), GetParam() != HandJoint::littleTip);
+  EXPECT_EQ(measured.middleTip.has_value(), GetParam().joint != HandJoint::middleTip);
+  EXPECT_EQ(measured.ringTip.has_value(), GetParam().joint != HandJoint::ringTip);
+  EXPECT_EQ(measured.littleTip.has_value(), GetParam().joint != HandJoint::littleTip);
 }
 
 TEST(Reading, TakesEveryJointAndTheChiralityAsReported) {
@@ -117,23 +138,44 @@ TEST(Spread, AFistIsNotSpread) {
   EXPECT_FALSE(isSpread(reading(pinchingHand({.ratio = 0.9}), kSquare).value(), kSquare));
 }
 
+TEST(Spread, AHandAtTheSmallestSizeIsStillSpread) {
+  Reading measured = spreadReading();
+  measured.size = 0.02;
+  EXPECT_TRUE(isSpread(measured, kSquare));
+  measured.size = std::nextafter(0.02, 0.0);
+  EXPECT_FALSE(isSpread(measured, kSquare));
+}
+
 TEST(Spread, OneCurledFingerIsEnoughToEndIt) {
-  for (const auto tip : {&Reading::middleTip, &Reading::ringTip, &Reading::littleTip}) {
-    Reading measured = spreadReading();
-    const Position wrist = measured.wrist;
-    const Position far = *(measured.*tip);
+  using enum HandJoint;
+  for (const HandJoint tip : {indexTip, middleTip, ringTip, littleTip}) {
+    HandObservation seen = spreadHand({});
+    const platform::RecognizedPoint from = *seen[wrist];
     // 1.5 hand sizes from the wrist instead of 2.
-    measured.*tip =
-        Position{wrist.x + (far.x - wrist.x) * 0.75, wrist.y + (far.y - wrist.y) * 0.75};
-    EXPECT_FALSE(isSpread(measured, kSquare));
+    seen[tip]->x = from.x + (seen[tip]->x - from.x) * 0.75;
+    seen[tip]->y = from.y + (seen[tip]->y - from.y) * 0.75;
+    EXPECT_FALSE(isSpread(reading(seen, kSquare).value(), kSquare)) << static_cast<int>(tip);
   }
 }
 
-TEST(Spread, FingersPressedTogetherAreNotSpread) {
-  Reading measured = spreadReading();
-  measured.ringTip = Position{measured.middleTip->x + 0.29 * measured.size, measured.middleTip->y};
-  measured.littleTip = Position{measured.ringTip->x + 0.5 * measured.size, measured.ringTip->y};
-  EXPECT_FALSE(isSpread(measured, kSquare));
+TEST(Spread, TwoFingersPressedTogetherAreEnoughToEndIt) {
+  using enum HandJoint;
+  const std::array fingers{indexTip, middleTip, ringTip, littleTip};
+  // Along a line across the hand, half a hand size apart but for one pair.
+  for (const std::size_t pressed : {1, 2, 3}) {
+    for (const double gap : {0.29, 0.31}) {
+      HandObservation seen = spreadHand({});
+      double x = seen[indexTip]->x;
+      const double y = seen[wrist]->y + 0.2 * 2;
+      for (std::size_t i = 0; i < fingers.size(); ++i) {
+        if (i > 0) x += (i == pressed ? gap : 0.5) * 0.2;
+        seen[fingers[i]]->x = x;
+        seen[fingers[i]]->y = y;
+      }
+      EXPECT_EQ(isSpread(reading(seen, kSquare).value(), kSquare), gap > 0.3)
+          << "finger " << pressed << " and the one before, " << gap << " apart";
+    }
+  }
 }
 
 TEST(Spread, AThumbFoldedOntoTheIndexFingerIsNotSpread) {

@@ -24,15 +24,21 @@ struct Projected {
 /// A grid of samples with a depth test.
 class Canvas {
  public:
-  Canvas(int width, int height) : width_(width), height_(height), samples_(static_cast<size_t>(width) * static_cast<size_t>(height)) {}
+  Canvas(int width, int height)
+      : width_(width),
+        height_(height),
+        samples_(static_cast<size_t>(width) * static_cast<size_t>(height)) {}
 
   int width() const { return width_; }
   int height() const { return height_; }
-  const Sample& at(int x, int y) const { return samples_[static_cast<size_t>(y) * static_cast<size_t>(width_) + static_cast<size_t>(x)]; }
+  const Sample& at(int x, int y) const {
+    return samples_[static_cast<size_t>(y) * static_cast<size_t>(width_) + static_cast<size_t>(x)];
+  }
 
   /// Draws a triangle; `accept(first, second, third)` says for corner weights whether it is there.
   template <class Accept>
-  void draw(int triangle, const Projected& a, const Projected& b, const Projected& c, Accept accept);
+  void draw(int triangle, const Projected& a, const Projected& b, const Projected& c,
+            Accept accept);
 
  private:
   int width_, height_;
@@ -40,16 +46,21 @@ class Canvas {
 };
 
 template <class Accept>
-void Canvas::draw(int triangle, const Projected& a, const Projected& b, const Projected& c, Accept accept) {
+void Canvas::draw(int triangle, const Projected& a, const Projected& b, const Projected& c,
+                  Accept accept) {
   const float area = (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
   if (std::abs(area) < 1e-6f) return;
   const float left = std::min({a.x, b.x, c.x}), right = std::max({a.x, b.x, c.x});
   const float top = std::min({a.y, b.y, c.y}), bottom = std::max({a.y, b.y, c.y});
-  if (right < 0 || bottom < 0 || left > static_cast<float>(width_) || top > static_cast<float>(height_)) return;
+  if (right < 0 || bottom < 0 || left > static_cast<float>(width_) ||
+      top > static_cast<float>(height_))
+    return;
   const int x0 = std::max(0, static_cast<int>(std::ceil(left - 0.5f)));
-  const int x1 = static_cast<int>(std::min(static_cast<float>(width_) - 1, std::floor(right - 0.5f)));
+  const int x1 =
+      static_cast<int>(std::min(static_cast<float>(width_) - 1, std::floor(right - 0.5f)));
   const int y0 = std::max(0, static_cast<int>(std::ceil(top - 0.5f)));
-  const int y1 = static_cast<int>(std::min(static_cast<float>(height_) - 1, std::floor(bottom - 0.5f)));
+  const int y1 =
+      static_cast<int>(std::min(static_cast<float>(height_) - 1, std::floor(bottom - 0.5f)));
   const float scale = 1 / area;
   for (int y = y0; y <= y1; ++y) {
     const float py = static_cast<float>(y) + 0.5f;

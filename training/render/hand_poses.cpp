@@ -18,8 +18,8 @@ struct ThumbTarget {
 /// A pose still without the check for collisions.
 struct Draft {
   HandPose pose;
-  float miss = 0;      ///< By how far the thumb missed its target.
-  int contact = -1;    ///< The finger that the thumb may touch.
+  float miss = 0;    ///< By how far the thumb missed its target.
+  int contact = -1;  ///< The finger that the thumb may touch.
 };
 
 void curl(HandPose& pose, int finger, Curl kind, Random& random) {
@@ -60,7 +60,9 @@ void curlAll(HandPose& pose, Curl kind, Random& random) {
   for (int f = 1; f < kFingers; ++f) curl(pose, f, kind, random);
 }
 
-Curl randomCurl(Random& random) { return static_cast<Curl>(random.below(5)); }
+Curl randomCurl(Random& random) {
+  return static_cast<Curl>(random.below(5));
+}
 
 void fanOut(HandPose& pose, float amount, Random& random) {
   pose.spread[1] = amount * radians(random.between(6, 14));
@@ -119,7 +121,8 @@ float reach(const HandRig& rig, HandPose& pose, const ThumbTarget& target) {
   };
   const auto cost = [&] {
     const float miss = distance() - target.gap;
-    const float facing = 1 + dot(t[fingerBone(0, 2)].turned(rig.padNormal[0][2]), t[otherBone].turned(otherNormal));
+    const float facing =
+        1 + dot(t[fingerBone(0, 2)].turned(rig.padNormal[0][2]), t[otherBone].turned(otherNormal));
     float sum = 60 * miss * miss + (target.gap > 0.3f ? 0.02f : 0.12f) * facing * facing;
     for (const Free& x : free) sum += 0.03f * (*x.angle - x.start) * (*x.angle - x.start);
     return sum;
@@ -148,13 +151,15 @@ float reach(const HandRig& rig, HandPose& pose, const ThumbTarget& target) {
 ThumbTarget onFinger(const HandRig& rig, int finger, int joint, float share) {
   const auto bone = static_cast<size_t>(fingerBone(finger, joint));
   const Vec3 out = -rig.padNormal[finger][joint];
-  return {0, 0, static_cast<int>(bone), mix(rig.head[bone], rig.tail[bone], share) + out * rig.radius[finger][joint], out};
+  return {0, 0, static_cast<int>(bone),
+          mix(rig.head[bone], rig.tail[bone], share) + out * rig.radius[finger][joint], out};
 }
 
 Draft foldedHand(const HandRig& rig, bool isPointing, Random& random) {
   Draft draft;
   HandPose& pose = draft.pose;
-  const float root = random.between(70, 94), middle = random.between(96, 112), end = random.between(50, 80);
+  const float root = random.between(70, 94), middle = random.between(96, 112),
+              end = random.between(50, 80);
   for (int f = 1; f < kFingers; ++f) {
     pose.flex[f][0] = radians(root + random.normal(5));
     pose.flex[f][1] = radians(std::min(112.0f, middle + random.normal(4)));
@@ -192,7 +197,8 @@ Draft pinching(const HandRig& rig, Gesture gesture, Random& random) {
   pose.thumbTwist = radians(random.between(-5, 30));
   ThumbTarget target;
   target.finger = draft.contact = 1;
-  target.gap = gesture == Gesture::nearPinch ? random.between(0.03f, 0.8f) * rig.size : std::max(0.0f, random.normal(0.012f));
+  target.gap = gesture == Gesture::nearPinch ? random.between(0.03f, 0.8f) * rig.size
+                                             : std::max(0.0f, random.normal(0.012f));
   draft.miss = reach(rig, pose, target);
   return draft;
 }
@@ -208,7 +214,8 @@ Draft touchingOther(const HandRig& rig, Random& random) {
   thumbAnywhere(pose, random);
   fanOut(pose, random.between(0, 1), random);
   if (random.chance(0.4f)) {
-    for (int f = finger + 1; f < kFingers; ++f) curl(pose, f, random.chance(0.5f) ? Curl::relaxed : Curl::folded, random);
+    for (int f = finger + 1; f < kFingers; ++f)
+      curl(pose, f, random.chance(0.5f) ? Curl::relaxed : Curl::folded, random);
   }
   ThumbTarget target;
   target.finger = draft.contact = finger;
@@ -243,10 +250,15 @@ Draft counting(const HandRig& rig, Random& random) {
     if (isFolded && (folded == 0 || random.chance(0.5f))) folded = f;
   }
   fanOut(pose, random.between(-0.1f, 1.2f), random);
-  if (random.chance(0.45f)) thumbOut(pose, random); else thumbAnywhere(pose, random);
+  if (random.chance(0.45f))
+    thumbOut(pose, random);
+  else
+    thumbAnywhere(pose, random);
   if (folded > 0 && random.chance(0.65f)) {
     draft.contact = folded;
-    draft.miss = 0.5f * reach(rig, pose, onFinger(rig, folded, random.chance(0.7f) ? 1 : 2, random.between(0.2f, 1)));
+    draft.miss =
+        0.5f * reach(rig, pose,
+                     onFinger(rig, folded, random.chance(0.7f) ? 1 : 2, random.between(0.2f, 1)));
   }
   return draft;
 }
@@ -262,17 +274,24 @@ Draft simpleHand(Gesture gesture, Random& random) {
       break;
     case Gesture::openTogether:
       curlAll(pose, Curl::open, random);
-      if (random.chance(0.5f)) thumbOut(pose, random); else thumbAnywhere(pose, random);
+      if (random.chance(0.5f))
+        thumbOut(pose, random);
+      else
+        thumbAnywhere(pose, random);
       fanOut(pose, random.between(-0.35f, 0.15f), random);
       break;
     case Gesture::relaxed: {
       const float root = random.between(0, 45), middle = random.between(8, 60);
       for (int f = 1; f < kFingers; ++f) {
-        pose.flex[f][0] = radians(root + static_cast<float>(f - 2) * random.between(0, 8) + random.normal(6));
+        pose.flex[f][0] =
+            radians(root + static_cast<float>(f - 2) * random.between(0, 8) + random.normal(6));
         pose.flex[f][1] = radians(middle + random.normal(8));
         pose.flex[f][2] = pose.flex[f][1] * random.between(0.4f, 0.8f);
       }
-      if (random.chance(0.5f)) thumbOut(pose, random); else thumbAnywhere(pose, random);
+      if (random.chance(0.5f))
+        thumbOut(pose, random);
+      else
+        thumbAnywhere(pose, random);
       fanOut(pose, random.between(-0.2f, 0.7f), random);
       break;
     }
@@ -286,15 +305,22 @@ Draft simpleHand(Gesture gesture, Random& random) {
 
 Draft draftOf(const HandRig& rig, Gesture gesture, Random& random) {
   switch (gesture) {
-    case Gesture::fist: return foldedHand(rig, false, random);
-    case Gesture::pointing: return foldedHand(rig, true, random);
+    case Gesture::fist:
+      return foldedHand(rig, false, random);
+    case Gesture::pointing:
+      return foldedHand(rig, true, random);
     case Gesture::pinch:
     case Gesture::nearPinch:
-    case Gesture::okSign: return pinching(rig, gesture, random);
-    case Gesture::otherTouch: return touchingOther(rig, random);
-    case Gesture::thumbInPalm: return thumbInPalm(rig, random);
-    case Gesture::counting: return counting(rig, random);
-    default: return simpleHand(gesture, random);
+    case Gesture::okSign:
+      return pinching(rig, gesture, random);
+    case Gesture::otherTouch:
+      return touchingOther(rig, random);
+    case Gesture::thumbInPalm:
+      return thumbInPalm(rig, random);
+    case Gesture::counting:
+      return counting(rig, random);
+    default:
+      return simpleHand(gesture, random);
   }
 }
 
@@ -328,9 +354,12 @@ float penetration(const HandRig& rig, const HandPose& pose, int contact) {
     for (int g = f + 1; g < kFingers; ++g) {
       for (int i = f == 0 ? 1 : 0; i < 3; ++i) {
         for (int j = i == 0 ? 1 : 0; j < 3; ++j) {
-          const float softness = f == 0 && g == contact ? 0.45f : f == 0 && contact > 0 ? 0.7f : 0.88f;
+          const float softness = f == 0 && g == contact  ? 0.45f
+                                 : f == 0 && contact > 0 ? 0.7f
+                                                         : 0.88f;
           const float apart = softness * (rig.radius[f][i] + rig.radius[g][j]);
-          sum += std::max(0.0f, apart - segmentDistance(knuckle[f][i], knuckle[f][i + 1], knuckle[g][j], knuckle[g][j + 1]));
+          sum += std::max(0.0f, apart - segmentDistance(knuckle[f][i], knuckle[f][i + 1],
+                                                        knuckle[g][j], knuckle[g][j + 1]));
         }
       }
     }
@@ -341,7 +370,8 @@ float penetration(const HandRig& rig, const HandPose& pose, int contact) {
     for (int f = 0; f < kFingers; ++f) {
       const Vec3 stop = f == 0 ? end : mix(root, end, 0.85f);
       for (int j = 1; j < 3; ++j) {
-        sum += std::max(0.0f, rig.radius[f][j] + 0.04f - segmentDistance(knuckle[f][j], knuckle[f][j + 1], root, stop));
+        sum += std::max(0.0f, rig.radius[f][j] + 0.04f -
+                                  segmentDistance(knuckle[f][j], knuckle[f][j + 1], root, stop));
       }
     }
   }
@@ -355,7 +385,8 @@ Gesture randomGesture(Random& random) {
   static_assert(std::size(kShares) == static_cast<size_t>(Gesture::count));
   float left = random.unit() * 106;
   int gesture = 0;
-  while (gesture + 1 < static_cast<int>(Gesture::count) && left > kShares[gesture]) left -= kShares[gesture++];
+  while (gesture + 1 < static_cast<int>(Gesture::count) && left > kShares[gesture])
+    left -= kShares[gesture++];
   return static_cast<Gesture>(gesture);
 }
 
@@ -365,7 +396,8 @@ HandPose randomHandPose(const HandRig& rig, Gesture gesture, Random& random) {
   for (int attempt = 0; attempt < 7 && least > 0.06f; ++attempt) {
     Draft draft = draftOf(rig, gesture, random);
     for (int f = 1; f < kFingers; ++f) draft.pose.roll[f] = radians(random.normal(3));
-    const float fault = penetration(rig, draft.pose, draft.contact) + (draft.miss > 0.04f ? 0.5f : 0.0f);
+    const float fault =
+        penetration(rig, draft.pose, draft.contact) + (draft.miss > 0.04f ? 0.5f : 0.0f);
     if (fault < least) {
       least = fault;
       best = draft.pose;

@@ -55,7 +55,8 @@ void HandRig::measureRadii(const Body& body, const Human& human) {
     if (bone < kFinger || bone >= kArmBones || binding.weight[0] < 0.6f) continue;
     const int f = (bone - kFinger) / 3, j = (bone - kFinger) % 3;
     const Vec3 way = body.vertices[v] - head[static_cast<size_t>(bone)];
-    const float x = dot(way, along[f][j]), reach = length(tail[static_cast<size_t>(bone)] - head[static_cast<size_t>(bone)]);
+    const float x = dot(way, along[f][j]),
+                reach = length(tail[static_cast<size_t>(bone)] - head[static_cast<size_t>(bone)]);
     if (x < 0.15f * reach || x > 0.85f * reach) continue;
     sum[f][j] += length(way - along[f][j] * x);
     count[f][j] += 1;
@@ -69,9 +70,11 @@ void HandRig::placeLabels() {
   const Vec3 wrist = head[kWrist];
   labels_[0] = mix(wrist, head[fingerBone(2, 0)], kWristOutwards);
   for (int f = 0; f < kFingers; ++f) {
-    for (int j = 0; j < 3; ++j) labels_[static_cast<size_t>(1 + 4 * f + j)] = head[static_cast<size_t>(fingerBone(f, j))];
+    for (int j = 0; j < 3; ++j)
+      labels_[static_cast<size_t>(1 + 4 * f + j)] = head[static_cast<size_t>(fingerBone(f, j))];
     const auto last = static_cast<size_t>(fingerBone(f, 2));
-    labels_[static_cast<size_t>(4 + 4 * f)] = mix(tail[last], head[last], f == 0 ? kThumbTipInwards : kFingertipInwards);
+    labels_[static_cast<size_t>(4 + 4 * f)] =
+        mix(tail[last], head[last], f == 0 ? kThumbTipInwards : kFingertipInwards);
   }
   labels_[1] = mix(labels_[1], labels_[0], kThumbRootInwards);
   labels_[2] = mix(labels_[2], labels_[3], kThumbKnuckleOutwards);
@@ -119,7 +122,8 @@ void HandRig::poseFinger(const HandPose& pose, int f, ArmTransforms& t) const {
   }
   for (int j = 1; j < 3; ++j) {
     const size_t bone = first + static_cast<size_t>(j);
-    t[bone] = t[bone - 1] * about(head[bone], rotation(bendAxis[f][j], pose.flex[f][j] - restFlex_[f][j]));
+    t[bone] = t[bone - 1] *
+              about(head[bone], rotation(bendAxis[f][j], pose.flex[f][j] - restFlex_[f][j]));
   }
 }
 

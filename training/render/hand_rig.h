@@ -10,13 +10,14 @@ constexpr int kFingers = 5;  ///< 0 thumb, 1 index .. 4 little.
 
 /// The angles of a hand, radians. `flex` is absolute: 0 is a straight joint.
 struct HandPose {
-  float flex[kFingers][3] = {};   ///< At the palm, in the middle, at the tip; the thumb's first is unused.
-  float spread[kFingers] = {};    ///< Sideways at the palm; positive towards the thumb.
-  float roll[kFingers] = {};      ///< About the finger's length.
-  float thumbFlex = 0;            ///< At the thumb's root, towards the palm, from rest.
-  float thumbSide = 0;            ///< At the thumb's root, sideways, from rest.
-  float thumbTwist = 0;           ///< At the thumb's root, about its length, from rest.
-  float cup = 0;                  ///< 0 flat palm .. 1 the little finger's side drawn in.
+  float flex[kFingers][3] =
+      {};  ///< At the palm, in the middle, at the tip; the thumb's first is unused.
+  float spread[kFingers] = {};  ///< Sideways at the palm; positive towards the thumb.
+  float roll[kFingers] = {};    ///< About the finger's length.
+  float thumbFlex = 0;          ///< At the thumb's root, towards the palm, from rest.
+  float thumbSide = 0;          ///< At the thumb's root, sideways, from rest.
+  float thumbTwist = 0;         ///< At the thumb's root, about its length, from rest.
+  float cup = 0;                ///< 0 flat palm .. 1 the little finger's side drawn in.
 };
 
 /// The angles of a whole arm, radians, from rest.

@@ -20,10 +20,12 @@ std::string contents(const std::string& path) {
 }
 
 std::vector<std::string> armBoneNames() {
-  std::vector<std::string> names = {"upperarm01", "upperarm02", "lowerarm01", "lowerarm02", "wrist"};
+  std::vector<std::string> names = {"upperarm01", "upperarm02", "lowerarm01", "lowerarm02",
+                                    "wrist"};
   for (int i = 1; i <= 4; ++i) names.push_back("metacarpal" + std::to_string(i));
   for (int f = 1; f <= 5; ++f) {
-    for (int j = 1; j <= 3; ++j) names.push_back("finger" + std::to_string(f) + "-" + std::to_string(j));
+    for (int j = 1; j <= 3; ++j)
+      names.push_back("finger" + std::to_string(f) + "-" + std::to_string(j));
   }
   return names;
 }
@@ -63,7 +65,8 @@ Human::Human(const std::string& folder) {
   readSkeleton(folder);
   readMorphs(folder + "/targets/macrodetails");
   readMorphs(folder + "/targets/armslegs");
-  std::sort(morphs_.begin(), morphs_.end(), [](const Morph& a, const Morph& b) { return a.name < b.name; });
+  std::sort(morphs_.begin(), morphs_.end(),
+            [](const Morph& a, const Morph& b) { return a.name < b.name; });
 }
 
 void Human::readMesh(const std::string& path) {
@@ -107,17 +110,20 @@ void Human::readSkeleton(const std::string& folder) {
     const Json& bone = bones[name + ".L"];
     headVertices_[static_cast<size_t>(i)] = vertexList(joints[bone["head"].text]);
     tailVertices_[static_cast<size_t>(i)] = vertexList(joints[bone["tail"].text]);
-    if (headVertices_[static_cast<size_t>(i)].empty()) throw std::runtime_error("the skeleton lacks " + name);
+    if (headVertices_[static_cast<size_t>(i)].empty())
+      throw std::runtime_error("the skeleton lacks " + name);
   }
   neckVertices_ = vertexList(joints[bones["neck01"]["head"].text]);
 
   std::vector<std::map<int, float>> perVertex(vertices_.size());
   for (const auto& [name, list] : weights["weights"].members) {
     std::string ancestor = name;
-    while (!ancestor.empty() && known.count(ancestor) == 0) ancestor = bones[ancestor]["parent"].text;
+    while (!ancestor.empty() && known.count(ancestor) == 0)
+      ancestor = bones[ancestor]["parent"].text;
     const int bone = known.count(ancestor) > 0 ? known[ancestor] : kTrunk;
     for (const Json& pair : list.items) {
-      perVertex.at(static_cast<size_t>(pair.items[0].number))[bone] += static_cast<float>(pair.items[1].number);
+      perVertex.at(static_cast<size_t>(pair.items[0].number))[bone] +=
+          static_cast<float>(pair.items[1].number);
     }
   }
   for (const auto& vertex : perVertex) bindings_.push_back(strongest(vertex));
@@ -140,10 +146,12 @@ void Human::readMorphs(const std::string& folder) {
 
 void Human::apply(const std::string& name, float amount, std::vector<Vec3>& vertices) const {
   if (amount < 0.01f) return;
-  const auto found = std::lower_bound(morphs_.begin(), morphs_.end(), name,
-                                      [](const Morph& morph, const std::string& n) { return morph.name < n; });
+  const auto found =
+      std::lower_bound(morphs_.begin(), morphs_.end(), name,
+                       [](const Morph& morph, const std::string& n) { return morph.name < n; });
   if (found == morphs_.end() || found->name != name) return;
-  for (const auto& [vertex, move] : found->moves) vertices[static_cast<size_t>(vertex)] += move * amount;
+  for (const auto& [vertex, move] : found->moves)
+    vertices[static_cast<size_t>(vertex)] += move * amount;
 }
 
 void Human::placeBones(Body& body) const {
@@ -172,12 +180,14 @@ Body Human::randomBody(Random& random) const {
   const float old = random.chance(0.35f) ? random.unit() : 0.0f;
   const float child = old == 0 && random.chance(0.13f) ? random.between(0, 0.8f) : 0.0f;
   const std::pair<const char*, float> sexes[] = {{"female", 1 - male}, {"male", male}};
-  const std::pair<const char*, float> ages[] = {{"child", child}, {"young", 1 - child - old}, {"old", old}};
+  const std::pair<const char*, float> ages[] = {
+      {"child", child}, {"young", 1 - child - old}, {"old", old}};
   const auto thirds = [&](const char* what) {
     const float x = random.between(-1, 1);
-    return std::array<std::pair<std::string, float>, 3>{{{std::string("min") + what, std::max(0.0f, -x)},
-                                                         {std::string("average") + what, 1 - std::abs(x)},
-                                                         {std::string("max") + what, std::max(0.0f, x)}}};
+    return std::array<std::pair<std::string, float>, 3>{
+        {{std::string("min") + what, std::max(0.0f, -x)},
+         {std::string("average") + what, 1 - std::abs(x)},
+         {std::string("max") + what, std::max(0.0f, x)}}};
   };
   const auto muscles = thirds("muscle"), weights = thirds("weight");
   for (const auto& [sex, sexShare] : sexes) {
@@ -187,8 +197,8 @@ Body Human::randomBody(Random& random) const {
       apply(kOrigins[second] + tail, (1 - share) * sexShare * ageShare, body.vertices);
       for (const auto& [muscle, muscleShare] : muscles) {
         for (const auto& [weight, weightShare] : weights) {
-          apply("universal" + tail + "-" + muscle + "-" + weight, sexShare * ageShare * muscleShare * weightShare,
-                body.vertices);
+          apply("universal" + tail + "-" + muscle + "-" + weight,
+                sexShare * ageShare * muscleShare * weightShare, body.vertices);
         }
       }
     }

@@ -11,10 +11,20 @@
 namespace training::render {
 
 /// The bones of one arm in the order of the transforms.
-enum ArmBone { kUpperArm1, kUpperArm2, kLowerArm1, kLowerArm2, kWrist, kMetacarpal, kFinger = kMetacarpal + 4 };
+enum ArmBone {
+  kUpperArm1,
+  kUpperArm2,
+  kLowerArm1,
+  kLowerArm2,
+  kWrist,
+  kMetacarpal,
+  kFinger = kMetacarpal + 4
+};
 constexpr int kArmBones = kFinger + 15;
 /// Bone `joint` (0 at the palm .. 2 at the tip) of `finger` (0 thumb .. 4 little).
-constexpr int fingerBone(int finger, int joint) { return kFinger + 3 * finger + joint; }
+constexpr int fingerBone(int finger, int joint) {
+  return kFinger + 3 * finger + joint;
+}
 
 /// Transforms of a person: the trunk, the head, the left arm's bones, the right arm's.
 constexpr int kTrunk = 0, kHead = 1, kLeftArm = 2, kRightArm = kLeftArm + kArmBones;

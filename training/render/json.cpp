@@ -14,14 +14,17 @@ class Parser {
   Json value() {
     skipSpace();
     switch (peek()) {
-      case '{': return object();
-      case '[': return array();
+      case '{':
+        return object();
+      case '[':
+        return array();
       case '"': {
         Json json;
         json.text = string();
         return json;
       }
-      default: return scalar();
+      default:
+        return scalar();
     }
   }
 
@@ -31,7 +34,8 @@ class Parser {
     return rest_.front();
   }
   void skipSpace() {
-    while (!rest_.empty() && std::isspace(static_cast<unsigned char>(rest_.front()))) rest_.remove_prefix(1);
+    while (!rest_.empty() && std::isspace(static_cast<unsigned char>(rest_.front())))
+      rest_.remove_prefix(1);
   }
   bool accept(char c) {
     skipSpace();
@@ -78,8 +82,8 @@ class Parser {
   }
   Json scalar() {
     size_t end = 0;
-    while (end < rest_.size() && (std::isalnum(static_cast<unsigned char>(rest_[end])) || rest_[end] == '-' ||
-                                  rest_[end] == '+' || rest_[end] == '.')) {
+    while (end < rest_.size() && (std::isalnum(static_cast<unsigned char>(rest_[end])) ||
+                                  rest_[end] == '-' || rest_[end] == '+' || rest_[end] == '.')) {
       ++end;
     }
     if (end == 0) throw std::runtime_error("JSON has an unexpected character");
@@ -101,6 +105,8 @@ const Json& Json::operator[](const std::string& name) const {
   return found == members.end() ? kNone : found->second;
 }
 
-Json parseJson(std::string_view source) { return Parser(source).value(); }
+Json parseJson(std::string_view source) {
+  return Parser(source).value();
+}
 
 }  // namespace training::render

@@ -9,10 +9,13 @@ Lighting::Lighting(Random& random) {
     if (random.chance(0.7f)) d.y = -std::abs(d.y);  // From above.
     if (random.chance(0.7f)) d.z = -std::abs(d.z);  // From the camera's side.
     const float strength = random.between(0.25f, 1.3f) / static_cast<float>(i + 1);
-    lights_[i] = {d, Vec3{1 + random.normal(0.12f), 1 + random.normal(0.04f), 1 + random.normal(0.15f)} * strength};
+    lights_[i] = {
+        d, Vec3{1 + random.normal(0.12f), 1 + random.normal(0.04f), 1 + random.normal(0.15f)} *
+               strength};
   }
   const float ambient = random.between(0.12f, 0.75f);
-  ambient_ = Vec3{1 + random.normal(0.1f), 1 + random.normal(0.04f), 1 + random.normal(0.12f)} * ambient;
+  ambient_ =
+      Vec3{1 + random.normal(0.1f), 1 + random.normal(0.04f), 1 + random.normal(0.12f)} * ambient;
   ambientTilt_ = {random.normal(0.25f), random.normal(0.25f) - 0.2f, random.normal(0.25f) - 0.2f};
   scatter_ = {random.between(0.05f, 0.25f), random.between(0, 0.08f), random.between(0, 0.05f)};
   wrap_ = random.between(0.05f, 0.5f);
@@ -21,7 +24,8 @@ Lighting::Lighting(Random& random) {
   hasShadows_ = random.chance(0.85f);
 }
 
-void Lighting::castShadows(const std::vector<Vec3>& vertices, const std::vector<Triangle>& triangles, Vec3 middle, float reach) {
+void Lighting::castShadows(const std::vector<Vec3>& vertices,
+                           const std::vector<Triangle>& triangles, Vec3 middle, float reach) {
   if (!hasShadows_) return;
   const Vec3 z = -lights_[0].towards;
   const Vec3 x = normalized(cross(std::abs(z.y) < 0.9f ? Vec3{0, 1, 0} : Vec3{1, 0, 0}, z));
@@ -56,7 +60,8 @@ float Lighting::shadowAt(Vec3 place, Vec3 normal) const {
   return 1 - shadowStrength_ * static_cast<float>(dark) / 9;
 }
 
-Vec3 Lighting::shade(const Look::Point& point, Vec3 place, Vec3 normal, float openness, float glossExponent, bool isSkin) const {
+Vec3 Lighting::shade(const Look::Point& point, Vec3 place, Vec3 normal, float openness,
+                     float glossExponent, bool isSkin) const {
   const Vec3 view = normalized(-place);
   Vec3 light = ambient_ * ((1 + 0.5f * dot(normal, ambientTilt_)) * openness);
   float shine = 0;
@@ -66,7 +71,8 @@ Vec3 Lighting::shade(const Look::Point& point, Vec3 place, Vec3 normal, float op
     const float wrapped = (facing + wrap_) / (1 + wrap_);
     if (wrapped > 0) light += lights_[i].colour * (wrapped * lit * (0.6f + 0.4f * openness));
     if (isSkin) {  // Light that wanders under the skin reddens the edge of the shadow.
-      light += lights_[i].colour * scatter_ * (std::exp(-14 * (facing - 0.02f) * (facing - 0.02f)) * lit);
+      light += lights_[i].colour * scatter_ *
+               (std::exp(-14 * (facing - 0.02f) * (facing - 0.02f)) * lit);
     }
     if (facing > 0) {
       const float halfway = std::max(0.0f, dot(normal, normalized(lights_[i].towards + view)));

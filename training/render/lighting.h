@@ -11,10 +11,12 @@ class Lighting {
   explicit Lighting(Random& random);
 
   /// Renders the shadow map of a mesh around `middle`, `reach` decimetres to each side.
-  void castShadows(const std::vector<Vec3>& vertices, const std::vector<Triangle>& triangles, Vec3 middle, float reach);
+  void castShadows(const std::vector<Vec3>& vertices, const std::vector<Triangle>& triangles,
+                   Vec3 middle, float reach);
 
   /// Light that leaves a point towards the camera. `openness`: 1 free .. 0 enclosed.
-  Vec3 shade(const Look::Point& point, Vec3 place, Vec3 normal, float openness, float glossExponent, bool isSkin) const;
+  Vec3 shade(const Look::Point& point, Vec3 place, Vec3 normal, float openness, float glossExponent,
+             bool isSkin) const;
 
   float occlusionStrength() const { return occlusionStrength_; }
 

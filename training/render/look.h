@@ -18,7 +18,9 @@ struct Look {
   Point at(const SurfacePoint& p, Material material) const;
 
   /// Whether clothes reach as far as `arm`, near `place`.
-  bool isClothed(float arm, Vec3 place) const { return arm <= sleeveEnd + 0.02f * noiseAt(place * 3.0f); }
+  bool isClothed(float arm, Vec3 place) const {
+    return arm <= sleeveEnd + 0.02f * noiseAt(place * 3.0f);
+  }
 
   float darkness = 0;   ///< Of the skin, 0..1.
   float sleeveEnd = 0;  ///< Arm coordinate where the sleeves end.

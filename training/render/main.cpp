@@ -16,17 +16,22 @@ namespace {
 
 using namespace training::render;
 
-void renderAll(const std::string& what, const std::string& human, const std::string& path, int count, uint64_t seed) {
+void renderAll(const std::string& what, const std::string& human, const std::string& path,
+               int count, uint64_t seed) {
   const Human people(human);
   const Studio studio(people);
   const std::string unfinished = path + ".part";
   std::ofstream out(unfinished, std::ios::binary);
   for (int i = 0; i < count; ++i) {
     Random random(seed * 1'000'003 + static_cast<uint64_t>(i));
-    write(what == "crops" ? studio.crop(random) : what == "scenes" ? studio.scene(random) : randomRoom(random), out);
+    write(what == "crops"    ? studio.crop(random)
+          : what == "scenes" ? studio.scene(random)
+                             : randomRoom(random),
+          out);
   }
   out.close();
-  if (!out || std::rename(unfinished.c_str(), path.c_str()) != 0) throw std::runtime_error("cannot write " + path);
+  if (!out || std::rename(unfinished.c_str(), path.c_str()) != 0)
+    throw std::runtime_error("cannot write " + path);
 }
 
 }  // namespace

@@ -19,6 +19,7 @@ struct Person {
 Person randomPerson(const Human& human, bool isForHands, Random& random);
 
 /// Vertex normals of `vertices`.
-std::vector<Vec3> normalsOf(const std::vector<Vec3>& vertices, const std::vector<Triangle>& triangles);
+std::vector<Vec3> normalsOf(const std::vector<Vec3>& vertices,
+                            const std::vector<Triangle>& triangles);
 
 }  // namespace training::render

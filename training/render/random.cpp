@@ -12,7 +12,9 @@ float lattice(int x, int y, int z) {
   return static_cast<float>(h & 0xFFFFu) * (2.0f / 65535) - 1;
 }
 
-float fade(float t) { return t * t * (3 - 2 * t); }
+float fade(float t) {
+  return t * t * (3 - 2 * t);
+}
 
 }  // namespace
 

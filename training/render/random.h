@@ -27,7 +27,9 @@ class Random {
   int below(int count) { return static_cast<int>((next() >> 33) % static_cast<uint64_t>(count)); }
   bool chance(float probability) { return unit() < probability; }
   Vec3 direction() { return normalized({normal(1), normal(1), normal(1)}); }
-  Vec3 offset(float reach) { return {between(-reach, reach), between(-reach, reach), between(-reach, reach)}; }
+  Vec3 offset(float reach) {
+    return {between(-reach, reach), between(-reach, reach), between(-reach, reach)};
+  }
 
  private:
   uint64_t next() {  // splitmix64

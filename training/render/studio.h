@@ -21,9 +21,10 @@ class Studio {
   Record scene(Random& random) const;
 
  private:
-  Record take(const Person& person, const Camera& camera, const Look& look, int width, int height, Vec3 focus,
-              float shadowReach, Random& random) const;
-  void label(const Person& person, const Camera& camera, const Canvas& canvas, size_t side, HandLabel& hand) const;
+  Record take(const Person& person, const Camera& camera, const Look& look, int width, int height,
+              Vec3 focus, float shadowReach, Random& random) const;
+  void label(const Person& person, const Camera& camera, const Canvas& canvas, size_t side,
+             HandLabel& hand) const;
 
   const Human& human_;
   std::vector<SurfacePoint> surface_;

@@ -6,8 +6,11 @@ namespace training::render {
 namespace {
 
 float armCoordinate(const HandRig& rig, Vec3 p) {
-  const Vec3 shoulder = rig.head[kUpperArm1], elbow = rig.head[kLowerArm1], wrist = rig.head[kWrist];
-  const auto share = [&](Vec3 from, Vec3 to) { return dot(p - from, to - from) / dot(to - from, to - from); };
+  const Vec3 shoulder = rig.head[kUpperArm1], elbow = rig.head[kLowerArm1],
+             wrist = rig.head[kWrist];
+  const auto share = [&](Vec3 from, Vec3 to) {
+    return dot(p - from, to - from) / dot(to - from, to - from);
+  };
   const float lower = share(elbow, wrist);
   return lower > 0 ? 1 + lower : std::min(1.0f, share(shoulder, elbow));
 }
@@ -33,7 +36,8 @@ std::vector<SurfacePoint> surfaceOf(const Human& human) {
     if (bone < kFinger) continue;
     const int f = (bone - kFinger) / 3, j = (bone - kFinger) % 3;
     const Vec3 way = p - rig.head[static_cast<size_t>(bone)];
-    const float share = dot(way, rig.along[f][j]) / length(rig.tail[static_cast<size_t>(bone)] - rig.head[static_cast<size_t>(bone)]);
+    const float share = dot(way, rig.along[f][j]) / length(rig.tail[static_cast<size_t>(bone)] -
+                                                           rig.head[static_cast<size_t>(bone)]);
     s.finger = f;
     s.alongFinger = static_cast<float>(j) + share;
     s.palmar = dot(n, rig.padNormal[f][j]);

@@ -34,7 +34,9 @@ Rigid aligning(Vec3 from, Vec3 to) {
   const Vec3 axis = cross(a, b);
   const float cosine = dot(a, b);
   if (length(axis) < 1e-6f) {
-    return cosine > 0 ? Rigid{} : rotation(std::abs(a.y) < 0.9f ? Vec3{0, 1, 0} : Vec3{1, 0, 0}, radians(180));
+    return cosine > 0
+               ? Rigid{}
+               : rotation(std::abs(a.y) < 0.9f ? Vec3{0, 1, 0} : Vec3{1, 0, 0}, radians(180));
   }
   return rotation(axis, std::acos(std::clamp(cosine, -1.0f, 1.0f)));
 }

@@ -17,22 +17,32 @@ struct Vec3 {
   Vec3& operator+=(Vec3 o) { return *this = *this + o; }
 };
 
-inline float dot(Vec3 a, Vec3 b) { return a.x * b.x + a.y * b.y + a.z * b.z; }
+inline float dot(Vec3 a, Vec3 b) {
+  return a.x * b.x + a.y * b.y + a.z * b.z;
+}
 inline Vec3 cross(Vec3 a, Vec3 b) {
   return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
-inline float length(Vec3 a) { return std::sqrt(dot(a, a)); }
+inline float length(Vec3 a) {
+  return std::sqrt(dot(a, a));
+}
 inline Vec3 normalized(Vec3 a) {
   const float l = length(a);
   return l > 1e-12f ? a * (1 / l) : Vec3{0, 0, 1};
 }
-inline Vec3 mix(Vec3 a, Vec3 b, float t) { return a * (1 - t) + b * t; }
-inline Vec3 mirrored(Vec3 a) { return {-a.x, a.y, a.z}; }
+inline Vec3 mix(Vec3 a, Vec3 b, float t) {
+  return a * (1 - t) + b * t;
+}
+inline Vec3 mirrored(Vec3 a) {
+  return {-a.x, a.y, a.z};
+}
 inline float smoothStep(float from, float to, float x) {
   const float t = std::clamp((x - from) / (to - from), 0.0f, 1.0f);
   return t * t * (3 - 2 * t);
 }
-constexpr float radians(float degrees) { return degrees * 0.017453292f; }
+constexpr float radians(float degrees) {
+  return degrees * 0.017453292f;
+}
 
 /// A rotation followed by a translation.
 struct Rigid {

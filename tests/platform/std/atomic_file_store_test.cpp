@@ -141,6 +141,19 @@ TEST_F(AtomicFileStoreTest, ALinkThatLeadsNowhereYetGetsItsFile) {
   EXPECT_EQ(contents(folder / "later.png"), "new");
 }
 
+TEST_F(AtomicFileStoreTest, AsManyLinksAreFollowedAsTheKernelFollows) {
+  putFile(folder / "0", "earlier");
+  for (int i = 1; i <= 41; ++i)
+    fs::create_symlink(std::to_string(i - 1), folder / std::to_string(i));
+  ASSERT_EQ(contents(folder / "40"), "earlier");
+  ASSERT_FALSE(std::ifstream(folder / "41").is_open());
+
+  EXPECT_TRUE(store.replace(folder / "40", bytesOf("new")).ok());
+  EXPECT_FALSE(store.replace(folder / "41", bytesOf("newer")).ok());
+
+  EXPECT_EQ(contents(folder / "0"), "new");
+}
+
 TEST_F(AtomicFileStoreTest, LinksThatRunInACircleFail) {
   fs::create_symlink("b", folder / "a");
   fs::create_symlink("a", folder / "b");
