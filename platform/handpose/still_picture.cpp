@@ -17,16 +17,21 @@ std::vector<Region> regionsOf(const pixels::Image& picture) {
   return {{0, 0, width, height}};
 }
 
+/// The last look's joints. Its presence is the lowest of all looks: crops made from joints draw
+/// whatever is there towards looking like a hand.
 Result<HandReading> readClosely(HandVision& vision, const pixels::Image& picture, HandBox box) {
-  HandReading best;
+  HandReading reading;
+  double presence = 1;
   for (int look = 0; look < kLooks; ++look) {
-    auto reading = vision.read(picture, HandCrop::around(box));
-    if (!reading) return reading.error();
-    if (reading.value().presence < best.presence) break;
-    best = std::move(reading).value();
-    box = boxOf(best.landmarks);
+    auto read = vision.read(picture, HandCrop::around(box));
+    if (!read) return read.error();
+    reading = std::move(read).value();
+    presence = std::min(presence, reading.presence);
+    reading.presence = presence;
+    box = boxOf(reading.landmarks);
+    if (!(box.size > 0)) break;
   }
-  return best;
+  return reading;
 }
 
 bool isAmong(const HandReading& reading, const std::vector<HandReading>& hands) {
@@ -49,7 +54,7 @@ Result<std::vector<TrackedHand>> handsInStillPicture(HandVision& vision,
     for (const HandCandidate& candidate : candidates.value()) {
       const auto reading = readClosely(vision, picture, candidate.box);
       if (!reading) return reading.error();
-      if (isNewHand(reading.value(), picture) && !isAmong(reading.value(), found)) {
+      if (isNewHand(candidate, reading.value(), picture) && !isAmong(reading.value(), found)) {
         found.push_back(reading.value());
       }
     }
