@@ -193,7 +193,7 @@ class LandmarkBatches:
         joints = geometry.transform(geometry.invert(matrix), joints)
         if flip:
             right = 1 - right
-        if not negative and rng.random() < 0.15:
+        if not negative and rng.random() < 0.22:
             picture = np.ascontiguousarray(picture)
             cover(picture, joints, visible, rng)
         return camera.develop(picture, rng), joints / pixels, visible, right, weight, 0.0 if negative else 1.0
