@@ -167,7 +167,7 @@ class LandmarkBatches:
         """A random crop of a hand's frame; displaced ones miss it."""
         rng = self.rng
         x, y, size, angle = frame
-        wild = rng.random() < 0.08
+        wild = rng.random() < 0.05
         side = CROP_PER_SIZE * size * math.exp(float(np.clip(rng.normal(0, 0.3 if wild else 0.13), -0.6, 0.6)))
         angle += rng.uniform(-1.2, 1.2) if wild else rng.normal(0, 0.26)
         x, y = np.array([x, y]) + np.clip(rng.normal(0, 0.055, 2), -0.2, 0.2) * side

@@ -43,7 +43,7 @@ class Landmarks:
         self.tuning = tuning_crops(arguments.hands)
 
     def draw(self, count, progress):
-        return self.batches.batch(count, 96 if progress < 0.6 else networks.CROP_SIZE)
+        return self.batches.batch(count, 96 if progress < 0.75 else networks.CROP_SIZE)
 
     def loss(self, net, batch, device, autocast):
         from landmark_loss import landmark_loss
