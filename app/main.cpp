@@ -1,11 +1,15 @@
 #include <QApplication>
 
 #include "app/main_window.h"
+#include "app/quit_signals.h"
+#include "platform/ffmpeg/ffmpeg_video_writer.h"
 #include "platform/png/png_encoder.h"
 #include "platform/qt/main_queue.h"
 #include "platform/qt/save_panel.h"
+#include "platform/qt/standard_folders.h"
 #include "platform/qt/timer_factory.h"
 #include "platform/std/atomic_file_store.h"
+#include "platform/std/system_calendar.h"
 #include "platform/std/uptime_clock.h"
 
 int main(int argc, char** argv) {
@@ -13,12 +17,16 @@ int main(int argc, char** argv) {
   QGuiApplication::setDesktopFileName(QStringLiteral("io.github.wavescribe.Wavescribe"));
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/wavescribe.svg")));
 
+  const app::QuitSignals quitSignals;
   platform::UptimeClock clock;
   platform::qt::MainQueue mainQueue;
   platform::qt::TimerFactory timers;
   platform::qt::SavePanel savePanel;
   platform::PngEncoder pictureEncoder;
   platform::AtomicFileStore files;
+  platform::ffmpeg::FfmpegVideoWriterFactory videoWriters;
+  platform::SystemCalendar calendar;
+  platform::qt::StandardFolders folders;
   model::AppModel model({
       .clock = clock,
       .mainQueue = mainQueue,
@@ -26,11 +34,19 @@ int main(int argc, char** argv) {
       .savePanel = savePanel,
       .pictureEncoder = pictureEncoder,
       .files = files,
+      .videoWriters = videoWriters,
+      .calendar = calendar,
+      .folders = folders,
   });
   model.useMouseOnly();
 
   app::MainWindow window(model, timers);
   savePanel.setWindow(&window);
   window.show();
-  return QApplication::exec();
+  // The end of the session does not wait for windows to close.
+  QObject::connect(&application, &QGuiApplication::commitDataRequest, &window,
+                   &app::MainWindow::stopRecording, Qt::DirectConnection);
+  const int result = QApplication::exec();
+  window.stopRecording();  // The model's end waits until the video is finished.
+  return result;
 }

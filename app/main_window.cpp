@@ -1,7 +1,10 @@
 #include "app/main_window.h"
 
+#include <QCloseEvent>
+#include <QCoreApplication>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <chrono>
 
 #include "ui/content_view.h"
 
@@ -11,9 +14,12 @@ namespace {
 // Room for a canvas of 16:9 without a border, or nearly so.
 constexpr QSize kInitialSize(1280, 680);
 
+constexpr std::chrono::milliseconds kFinishingPoll(50);
+
 }  // namespace
 
-MainWindow::MainWindow(model::AppModel& model, platform::TimerFactory& timers) : model_(model) {
+MainWindow::MainWindow(model::AppModel& model, platform::TimerFactory& timers)
+    : model_(model), refresher_(model) {
   setWindowTitle(QStringLiteral("Wavescribe"));
   setCentralWidget(new ui::ContentView(model, timers));
   addFileMenu();
@@ -21,6 +27,9 @@ MainWindow::MainWindow(model::AppModel& model, platform::TimerFactory& timers) :
   addPaintingMenu();
   addHelpMenu();
   resize(kInitialSize);
+  connect(&refresher_, &ui::ModelRefresher::refreshed, this, &MainWindow::refresh);
+  connect(&finishing_, &QTimer::timeout, this, &MainWindow::quitWhenFinished);
+  refresh();
 }
 
 void MainWindow::addFileMenu() {
@@ -39,6 +48,8 @@ void MainWindow::addPaintingMenu() {
   QMenu* menu = menuBar()->addMenu(QStringLiteral("&Painting"));
   menu->addAction(QStringLiteral("&Save Image…"), QKeySequence(QStringLiteral("Ctrl+S")), this,
                   [this] { model_.setShowSaveChoice(true); });
+  record_ = menu->addAction({}, QKeySequence(QStringLiteral("Ctrl+R")), this,
+                            [this] { model_.toggleRecording(); });
   menu->addSeparator();
   QAction* clear = menu->addAction(QStringLiteral("&Clear…"), this,
                                    [this] { model_.setShowClearConfirm(true); });
@@ -49,6 +60,37 @@ void MainWindow::addPaintingMenu() {
 void MainWindow::addHelpMenu() {
   QMenu* menu = menuBar()->addMenu(QStringLiteral("&Help"));
   menu->addAction(QStringLiteral("&About Wavescribe"), this, &MainWindow::showAbout);
+}
+
+void MainWindow::refresh() {
+  record_->setText(model_.isRecording() ? QStringLiteral("Stop &Recording")
+                                        : QStringLiteral("&Record Video…"));
+}
+
+void MainWindow::stopRecording() {
+  if (model_.isRecording()) model_.toggleRecording();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  if (model_.isRecording()) {
+    model_.dismissError();  // From here on, an error is one of the video.
+    stopRecording();
+    if (model_.errorMessage()) return event->ignore();
+  }
+  if (!model_.isFinishingRecording()) return event->accept();
+  event->ignore();
+  hide();
+  finishing_.start(kFinishingPoll);
+}
+
+void MainWindow::quitWhenFinished() {
+  if (model_.isFinishingRecording()) return;
+  finishing_.stop();
+  if (model_.errorMessage()) {
+    show();
+  } else {
+    QCoreApplication::exit();
+  }
 }
 
 void MainWindow::showAbout() {

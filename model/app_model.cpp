@@ -4,7 +4,12 @@
 
 namespace model {
 
-AppModel::AppModel(const platform::Services& services) : services_(services) {}
+AppModel::AppModel(const platform::Services& services)
+    : services_(services),
+      recorder_(services.clock, services.timers, services.mainQueue, services.videoWriters) {
+  recorder_.setOnFailure(
+      [this](const std::string& message) { finishRecordingAfterFailure(message); });
+}
 
 double AppModel::canvasAspect() const {
   return 16.0 / 9.0;

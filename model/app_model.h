@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <filesystem>
 #include <optional>
 #include <string>
 
@@ -9,6 +11,7 @@
 #include "model/observer_list.h"
 #include "model/published.h"
 #include "platform/services.h"
+#include "recording/recorder.h"
 #include "render/render_scene.h"
 #include "strokes/stroke_store.h"
 
@@ -50,6 +53,9 @@ class AppModel {
   void setColorHand(hand::ColorHand hand) { colorHand_.set(hand); }
   const std::string& handStatus() const { return handStatus_.get(); }
   int strokeCount() const { return strokeCount_.get(); }
+  bool isRecording() const { return isRecording_.get(); }
+  /// Whole seconds since the running recording started; the last one's when none runs.
+  std::int64_t recordSeconds() const { return recordSeconds_.get(); }
   bool showClearConfirm() const { return showClearConfirm_.get(); }
   void setShowClearConfirm(bool show) { showClearConfirm_.set(show); }
   bool showSaveChoice() const { return showSaveChoice_.get(); }
@@ -68,8 +74,8 @@ class AppModel {
   void mouseDragged(double x, double y);
   void mouseUp();
 
-  /// To be called about 30 times a second, before each redraw: keeps the open stroke fresh and
-  /// removes the strokes that have faded out.
+  /// To be called about 30 times a second, before each redraw: keeps the open stroke fresh, removes
+  /// the strokes that have faded out and counts the seconds of a recording.
   void tick();
 
   /// A snapshot of the canvas at this moment over `background`, whatever the person has chosen.
@@ -90,8 +96,19 @@ class AppModel {
   /// errorMessage() and errorDetails(); a cancelled choice is none.
   void saveImage(bool withCamera);
 
+  /// Stops the running recording, or asks for a place and starts one of the canvas as it is shown,
+  /// cursor and all, 1280 pixels wide, 30 times a second. Failures, also later ones, are reported
+  /// through errorMessage() and errorDetails(); a cancelled choice is none.
+  void toggleRecording();
+  /// Whether a stopped recording is still being written. The end of the model waits for it.
+  bool isFinishingRecording() const { return recorder_.isFinishing(); }
+
  private:
   void publishStrokeCount();
+  void startRecording(const std::filesystem::path& path);
+  void drawVideoFrame(const pixels::DrawingContext& context, pixels::Size size) const;
+  void stopRecording();
+  void finishRecordingAfterFailure(const std::string& message);
   void report(std::string message, std::optional<std::string> details);
 
   platform::Services services_;
@@ -110,6 +127,8 @@ class AppModel {
   Published<hand::ColorHand> colorHand_{observers_, Property::colorHand, hand::ColorHand::left};
   Published<std::string> handStatus_{observers_, Property::handStatus, "No hand"};
   Published<int> strokeCount_{observers_, Property::strokeCount, 0};
+  Published<bool> isRecording_{observers_, Property::isRecording, false};
+  Published<std::int64_t> recordSeconds_{observers_, Property::recordSeconds, 0};
   Published<bool> showClearConfirm_{observers_, Property::showClearConfirm, false};
   Published<bool> showSaveChoice_{observers_, Property::showSaveChoice, false};
   Published<std::optional<std::string>> errorMessage_{observers_, Property::errorMessage,
@@ -120,6 +139,8 @@ class AppModel {
   strokes::StrokeStore store_;
   std::optional<render::CursorState> mouseCursor_;  // Present while mouseDrawing_.
   bool mouseDrawing_ = false;
+  double recordStart_ = 0;        // Seconds on the clock; of the newest recording.
+  recording::Recorder recorder_;  // Last: it draws the rest.
 };
 
 }  // namespace model

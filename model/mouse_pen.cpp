@@ -1,4 +1,5 @@
 #include "model/app_model.h"
+#include "model/whole_number.h"
 #include "platform/clock.h"
 
 namespace model {
@@ -31,6 +32,7 @@ void AppModel::tick() {
   const double now = services_.clock.now();
   store_.touch(now);
   if (fadeEnabled() && store_.pruneFaded(now, fadeSeconds())) publishStrokeCount();
+  if (isRecording()) recordSeconds_.setIfChanged(wholeNumber(now - recordStart_));
 }
 
 render::RenderScene AppModel::makeScene(render::CanvasBackground background,

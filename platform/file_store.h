@@ -16,6 +16,8 @@ class FileStore {
   /// at any moment, an earlier file is as it was.
   virtual Result<void> replace(const std::filesystem::path& path,
                                std::span<const std::uint8_t> bytes) = 0;
+  /// Takes the file at `path` away; where it is a symbolic link, the link.
+  virtual Result<void> remove(const std::filesystem::path& path) = 0;
 };
 
 }  // namespace platform

@@ -8,6 +8,9 @@ class TimerFactory;
 class SavePanel;
 class PictureEncoder;
 class FileStore;
+class VideoWriterFactory;
+class Calendar;
+class StandardFolders;
 
 /// What the program asks of the machine it runs on. All of it outlives whoever is given this.
 struct Services {
@@ -17,6 +20,9 @@ struct Services {
   SavePanel& savePanel;
   PictureEncoder& pictureEncoder;
   FileStore& files;
+  VideoWriterFactory& videoWriters;
+  Calendar& calendar;
+  StandardFolders& folders;
 };
 
 }  // namespace platform

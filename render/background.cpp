@@ -1,12 +1,11 @@
 #include "render/background.h"
 
-#include <libyuv/planar_functions.h>
-#include <libyuv/scale_argb.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <vector>
+
+#include "render/picture_rows.h"
 
 namespace render {
 
@@ -76,30 +75,11 @@ void fill(const std::uint8_t (&color)[4], const Canvas& canvas) {
 void drawPicture(const pixels::Image& picture, double dim, const CanvasMapping& mapping,
                  const Canvas& canvas) {
   if (canvas.width() < 1 || canvas.height() < 1) return;
-  pixels::Surface mirrored(picture.width(), picture.height());
-  const auto mirroredView = mirrored.view();
-  libyuv::ARGBMirror(picture.row(0), static_cast<int>(picture.strideBytes()), mirroredView.data,
-                     static_cast<int>(mirroredView.strideBytes), picture.width(), picture.height());
-  constexpr double kWidestScaled = 32767;
-  const int fullWidth = static_cast<int>(std::min(std::ceil(mapping.width), kWidestScaled));
-  const int fullHeight = static_cast<int>(std::min(std::ceil(mapping.height), kWidestScaled));
-  const int width = std::min(canvas.width(), fullWidth);
-  const int height = std::min(canvas.height(), fullHeight);
-  pixels::Surface scaled(fullWidth, height);
-  const auto view = scaled.view();
-  libyuv::ARGBScaleClip(mirroredView.data, static_cast<int>(mirroredView.strideBytes),
-                        picture.width(), picture.height(), view.data,
-                        static_cast<int>(view.strideBytes), fullWidth, fullHeight, 0, 0, width,
-                        height, libyuv::kFilterBox);
-  const int light = static_cast<int>(std::lround((1 - dim) * 256));
-  for (int y = 0; y < height; ++y) {
-    std::uint8_t* row = view.row(y);
-    for (int x = 0; x < 4 * width; x += 4) {
-      for (int c = 0; c < 3; ++c)
-        row[x + c] = static_cast<std::uint8_t>((row[x + c] * light + 128) >> 8);
-      row[x + 3] = 255;
-    }
-    canvas.setRow(y, row);
+  PictureRows rows(picture, mapping.width, mapping.height, dim, canvas.width(), canvas.height());
+  std::vector<std::uint8_t> row(4 * static_cast<std::size_t>(canvas.width()));
+  for (int y = 0; y < canvas.height(); ++y) {
+    rows.fetch(y, row.data());
+    canvas.setRow(y, row.data());
   }
 }
 

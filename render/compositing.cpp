@@ -54,7 +54,7 @@ void layStroke(const StrokeColors& colors, const TileRowShares& shares, int y, P
       const V under = hn::Load(d, row);
       const V fromBody = hn::MulFixedPoint15(hn::Sub(hn::Set(d, colors.body[c]), under), body);
       const V fromCore = hn::MulFixedPoint15(hn::Sub(hn::Set(d, colors.core[c]), under), core);
-      hn::Store(hn::Add(under, hn::Add(fromBody, fromCore)), d, row);
+      hn::Store(hn::SaturatedAdd(under, hn::SaturatedAdd(fromBody, fromCore)), d, row);
     }
   }
 }
@@ -83,15 +83,6 @@ void layTileRow(const PaintTile& tile, int y, std::uint8_t* pixels) {
   }
 }
 
-void mix(const std::int16_t* a, const std::int16_t* b, std::int16_t weight, std::int16_t* between) {
-  const D d;
-  for (int x = 0; x < kSide; x += static_cast<int>(hn::Lanes(d))) {
-    const V first = hn::LoadU(d, a + x);
-    const V way = hn::Sub(hn::LoadU(d, b + x), first);
-    hn::StoreU(hn::Add(first, hn::MulFixedPoint15(way, hn::Set(d, weight))), d, between + x);
-  }
-}
-
 }  // namespace render::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
@@ -103,7 +94,6 @@ HWY_EXPORT(joinGlowing);
 HWY_EXPORT(fade);
 HWY_EXPORT(layStroke);
 HWY_EXPORT(layTileRow);
-HWY_EXPORT(mix);
 
 void joinGlowingRow(const TileRowMasks& masks, TileRowShares& shares) {
   HWY_DYNAMIC_DISPATCH(joinGlowing)(masks, shares);
@@ -126,11 +116,6 @@ void layRowOverPixels(const PaintTile& tile, int y, int count, std::uint8_t* pix
   std::memcpy(row, pixels, 4 * static_cast<std::size_t>(count));
   HWY_DYNAMIC_DISPATCH(layTileRow)(tile, y, row);
   std::memcpy(pixels, row, 4 * static_cast<std::size_t>(count));
-}
-
-void mixRows(const std::int16_t* a, const std::int16_t* b, std::int16_t weight,
-             std::int16_t* between) {
-  HWY_DYNAMIC_DISPATCH(mix)(a, b, weight, between);
 }
 
 }  // namespace render

@@ -19,8 +19,4 @@ void layOver(const StrokeColors& colors, const TileRowShares& shares, int y, Pai
 /// Lays row `y` of the tile over `count` pixels of 8-bit premultiplied BGRA, count in [1, 64].
 void layRowOverPixels(const PaintTile& tile, int y, int count, std::uint8_t* pixels);
 
-/// between = a + (b - a) * weight / 32768, for 64 values.
-void mixRows(const std::int16_t* a, const std::int16_t* b, std::int16_t weight,
-             std::int16_t* between);
-
 }  // namespace render

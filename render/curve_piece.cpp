@@ -96,6 +96,14 @@ double near(double coordinate) {
 
 }  // namespace
 
+PixelRect CurvePiece::box(double margin) const {
+  const double m = bodyHalf + margin;
+  return {static_cast<int>(std::floor(std::min({x0, x1, x2}) - m)),
+          static_cast<int>(std::floor(std::min({y0, y1, y2}) - m)),
+          static_cast<int>(std::ceil(std::max({x0, x1, x2}) + m)),
+          static_cast<int>(std::ceil(std::max({y0, y1, y2}) + m))};
+}
+
 void appendCurvePieces(const strokes::StrokePoints& points, const CanvasMapping& mapping,
                        const PixelRect& area, double reach, std::vector<CurvePiece>& pieces) {
   Splitter splitter(area, reach, pieces);

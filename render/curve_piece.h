@@ -18,6 +18,9 @@ struct CurvePiece {
   double bodyHalf = 0;    ///< Half the width of the stroke, device pixels.
   double coreHalf = 0;    ///< Half the width of the light core, device pixels.
   bool isStraight = false;
+
+  /// The pixels that its paint, grown by `margin` pixels to every side, can touch.
+  PixelRect box(double margin) const;
 };
 
 /// The light core's share of a stroke's width.

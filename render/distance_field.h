@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstdint>
-
 #include "render/curve_piece.h"
 
 namespace render {
@@ -12,10 +10,15 @@ namespace render {
 class DistanceField {
  public:
   static constexpr int kSide = 64;
+  /// A border cell (0.71 of its centre) and its neighbours.
+  static constexpr float kDepthKept = 1.75f;
 
   /// Starts over with every cell outside. `left`, `top`: the first cell's corner in device pixels;
   /// `step`: device pixels per cell; `withCore`: keep the depths inside the light core as well.
   void reset(double left, double top, double step, bool withCore);
+
+  /// Until the next reset, only the first cells of the first rows count.
+  void limit(int columns, int rows);
 
   /// Takes in one piece, round ends included.
   void spread(const CurvePiece& piece);
@@ -24,10 +27,10 @@ class DistanceField {
   int firstRow() const { return firstRow_; }
   int endRow() const { return endRow_; }
 
-  /// The share of each of the row's 64 cells that is painted, by a filter one cell wide, from 0 to
-  /// `full`. `y` in [firstRow(), endRow()).
-  void bodyCoverage(int y, std::int16_t full, std::int16_t* coverage) const;
-  void coreCoverage(int y, std::int16_t full, std::int16_t* coverage) const;
+  /// The depths of row `y`, in [firstRow(), endRow()): exact within kDepthKept of the border, at
+  /// least that far to the right side of it elsewhere.
+  const float* bodyRow(int y) const { return body_ + y * kSide; }
+  const float* coreRow(int y) const { return core_ + y * kSide; }
 
  private:
   void openRows(int first, int end);
@@ -38,6 +41,8 @@ class DistanceField {
   double top_ = 0;
   double step_ = 1;
   bool withCore_ = false;
+  int columns_ = kSide;
+  int rows_ = kSide;
   int firstRow_ = 0;
   int endRow_ = 0;
 };

@@ -15,18 +15,18 @@ namespace render::HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 using D = hn::CappedTag<std::int16_t, 32>;
 
-/// out[x] = the weighted sum of `above` and `below` at every distance, whose rows start at
-/// centre[x]; above[k] and below[k] are the rows k away.
-void blurColumns(const std::int16_t* const* above, const std::int16_t* const* below,
-                 const std::int16_t* weights, int radius, int width, std::int16_t* out) {
+/// out[x] = the sum over k of (before[k][x] + after[k][x]) * weights[k], k = 0 counting once.
+void weighRows(const std::int16_t* const* before, const std::int16_t* const* after,
+               const std::int16_t* weights, int radius, int width, std::int16_t* out) {
   const D d;
   for (int x = 0; x < width; x += static_cast<int>(hn::Lanes(d))) {
-    auto sum = hn::MulFixedPoint15(hn::LoadU(d, above[0] + x), hn::Set(d, weights[0]));
+    auto sum = hn::MulFixedPoint15(hn::LoadU(d, before[0] + x), hn::Set(d, weights[0]));
     for (int k = 1; k <= radius; ++k) {
-      const auto pair = hn::Add(hn::LoadU(d, above[k] + x), hn::LoadU(d, below[k] + x));
+      const auto pair = hn::Add(hn::LoadU(d, before[k] + x), hn::LoadU(d, after[k] + x));
       sum = hn::Add(sum, hn::MulFixedPoint15(pair, hn::Set(d, weights[k])));
     }
-    hn::StoreU(sum, d, out + x);
+    // Rounding can lift a fully painted neighbourhood above full.
+    hn::StoreU(hn::Min(sum, hn::Set(d, kGlowFull)), d, out + x);
   }
 }
 
@@ -37,7 +37,7 @@ HWY_AFTER_NAMESPACE();
 
 namespace render {
 
-HWY_EXPORT(blurColumns);
+HWY_EXPORT(weighRows);
 
 namespace {
 
@@ -113,7 +113,7 @@ void blur(GlowMask& mask, const GaussianKernel& kernel, GlowMask& scratch) {
       before[static_cast<std::size_t>(k)] = mask.row(y) - k;
       after[static_cast<std::size_t>(k)] = mask.row(y) + k;
     }
-    HWY_DYNAMIC_DISPATCH(blurColumns)
+    HWY_DYNAMIC_DISPATCH(weighRows)
     (before.data(), after.data(), weights.data(), radius, width, out.data());
     std::copy_n(out.begin(), width, scratch.row(y));
   }
@@ -122,7 +122,7 @@ void blur(GlowMask& mask, const GaussianKernel& kernel, GlowMask& scratch) {
       before[static_cast<std::size_t>(k)] = y - k >= 0 ? scratch.row(y - k) : nothing.data();
       after[static_cast<std::size_t>(k)] = y + k < height ? scratch.row(y + k) : nothing.data();
     }
-    HWY_DYNAMIC_DISPATCH(blurColumns)
+    HWY_DYNAMIC_DISPATCH(weighRows)
     (before.data(), after.data(), weights.data(), radius, width, out.data());
     std::copy_n(out.begin(), width, mask.row(y));
   }

@@ -2,19 +2,17 @@
 
 #include <algorithm>
 #include <cmath>
-#include <memory>
 
-#include "render/compositing.h"
-#include "render/distance_field.h"
+#include "render/glow_painting.h"
+#include "render/spline.h"
 
 namespace render {
 
 namespace {
 
 constexpr int kTile = PaintTile::kSide;
-// A straight line between samples of a Gaussian this far apart is off by less than a third of a
-// grey level.
-constexpr double kCoarsest = 0.3;
+// In sigmas; splines between coarser samples of a Gaussian would show.
+constexpr double kCoarsest = 0.67;
 
 int cellFor(double sigma) {
   int cell = 1;
@@ -22,11 +20,11 @@ int cellFor(double sigma) {
   return cell;
 }
 
-/// What is left to blur when painting the mask in cells, drawing it between their centres and one
+/// What is left to blur when painting the mask in cells, drawing splines between them and one
 /// pixel's own width are taken off.
 double sigmaInCells(double sigma, int cell) {
   const double c2 = static_cast<double>(cell) * cell;
-  const double filters = cell == 1 ? 0 : c2 / 12 + c2 / 6 - 1.0 / 12;
+  const double filters = cell == 1 ? 0 : c2 / 12 + c2 / 3 - 1.0 / 12;
   return std::max(std::sqrt(std::max(sigma * sigma - filters, 0.0) / c2), 0.05);
 }
 
@@ -34,60 +32,32 @@ int floorDiv(int a, int b) {
   return a >= 0 ? a / b : -((-a + b - 1) / b);
 }
 
-PixelRect boxOf(const CurvePiece& p, double margin) {
-  const auto [left, right] = std::minmax({p.x0, p.x1, p.x2});
-  const auto [top, bottom] = std::minmax({p.y0, p.y1, p.y2});
-  const double m = p.bodyHalf + margin;
-  return {static_cast<int>(std::floor(left - m)), static_cast<int>(std::floor(top - m)),
-          static_cast<int>(std::ceil(right + m)), static_cast<int>(std::ceil(bottom + m))};
-}
-
 }  // namespace
 
 double GlowLayer::reach(double sigma) {
   const int cell = cellFor(sigma);
-  return (GaussianKernel(sigmaInCells(sigma, cell)).radius() + 2) * cell;
+  return (GaussianKernel(sigmaInCells(sigma, cell)).radius() + 3) * cell;
 }
 
 void GlowLayer::build(std::span<const CurvePiece> pieces, double sigma, const PixelRect& area) {
   cellPx_ = cellFor(sigma);
   const GaussianKernel kernel(sigmaInCells(sigma, cellPx_));
-  const int reachPx = (kernel.radius() + 2) * cellPx_;
+  const int reachPx = (kernel.radius() + 3) * cellPx_;
   PixelRect box;
-  for (const CurvePiece& piece : pieces) box = box.united(boxOf(piece, reachPx));
+  for (const CurvePiece& piece : pieces) box = box.united(piece.box(reachPx));
   box = box.intersected(area.grownBy(reachPx));
-  left_ = top_ = 0;
   mask_.reset(0, 0, 0);
   if (box.isEmpty()) return;
   left_ = floorDiv(box.left, cellPx_);
   top_ = floorDiv(box.top, cellPx_);
   const int right = floorDiv(box.right - 1, cellPx_) + 1;
   const int bottom = floorDiv(box.bottom - 1, cellPx_) + 1;
+  scratch_.reset(2 * (right - left_), 2 * (bottom - top_), blurMargin(kernel));
+  for (const CurvePiece& piece : pieces)
+    paintPiece(piece, left_ * cellPx_, top_ * cellPx_, cellPx_ / 2.0, scratch_);
   mask_.reset(right - left_, bottom - top_, blurMargin(kernel));
-  paintMask(pieces);
+  halve(scratch_, mask_);
   blur(mask_, kernel, scratch_);
-}
-
-void GlowLayer::paintMask(std::span<const CurvePiece> pieces) {
-  constexpr int kBlock = DistanceField::kSide;
-  const auto field = std::make_unique<DistanceField>();
-  std::int16_t values[kBlock];
-  for (int y0 = 0; y0 < mask_.height(); y0 += kBlock) {
-    for (int x0 = 0; x0 < mask_.width(); x0 += kBlock) {
-      const int leftPx = (left_ + x0) * cellPx_, topPx = (top_ + y0) * cellPx_;
-      const PixelRect block{leftPx, topPx, leftPx + kBlock * cellPx_, topPx + kBlock * cellPx_};
-      field->reset(leftPx, topPx, cellPx_, false);
-      for (const CurvePiece& piece : pieces) {
-        if (!boxOf(piece, cellPx_).intersected(block).isEmpty()) field->spread(piece);
-      }
-      const int count = std::min(kBlock, mask_.width() - x0);
-      const int end = std::min(field->endRow(), mask_.height() - y0);
-      for (int y = field->firstRow(); y < end; ++y) {
-        field->bodyCoverage(y, kGlowFull, values);
-        std::copy_n(values, count, mask_.row(y0 + y) + x0);
-      }
-    }
-  }
 }
 
 void GlowLayer::expandRow(int cellY, int firstCellX, std::int16_t* values) const {
@@ -96,48 +66,41 @@ void GlowLayer::expandRow(int cellY, int firstCellX, std::int16_t* values) const
     std::fill_n(values, kTile, std::int16_t{0});
     return;
   }
-  const std::int16_t* row = mask_.row(y);
-  const auto cellAt = [&](int cellX) {
-    const int x = cellX - left_;
-    return x < 0 || x >= mask_.width() ? 0 : row[x];
-  };
+  const int margin = cellPx_ == 1 ? 0 : 2;
+  const int count = kTile / cellPx_ + 2 * margin;
+  // The cells of the mask among those wanted; the others are zero.
+  const int first = firstCellX - margin - left_;
+  const int from = std::clamp(-first, 0, count);
+  const int to = std::clamp(mask_.width() - first, from, count);
+  std::int16_t cells[kTile + 4] = {};
+  std::copy_n(mask_.row(y) + first + from, to - from, cells + from);
   if (cellPx_ == 1) {
-    for (int i = 0; i < kTile; ++i) values[i] = static_cast<std::int16_t>(cellAt(firstCellX + i));
-    return;
-  }
-  // From each cell's centre to the next one's.
-  int before = cellAt(firstCellX - 1);
-  for (int cell = 0, x = -cellPx_ / 2; x < kTile; ++cell, x += cellPx_) {
-    const int after = cellAt(firstCellX + cell);
-    for (int i = 0; i < cellPx_; ++i) {
-      if (x + i < 0 || x + i >= kTile) continue;
-      const int way = (after - before) * (2 * i + 1);
-      values[x + i] = static_cast<std::int16_t>(before + way / (2 * cellPx_));
-    }
-    before = after;
+    std::copy_n(cells, kTile, values);
+  } else {
+    expandCells(cells, cellPx_, values);
   }
 }
 
 bool GlowLayer::openTile(int tileX, int tileY) {
   const int cells = kTile / cellPx_;
   const int firstX = tileX * cells, firstY = tileY * cells;
-  const bool apart = firstX > left_ + mask_.width() || firstX + cells < left_ ||
-                     firstY > top_ + mask_.height() || firstY + cells < top_;
+  const bool apart = firstX - 2 > left_ + mask_.width() || firstX + cells + 2 < left_ ||
+                     firstY - 2 > top_ + mask_.height() || firstY + cells + 2 < top_;
   if (apart || mask_.width() == 0) return false;
-  for (int i = 0; i < cells + 2; ++i) expandRow(firstY - 1 + i, firstX, rows_[i]);
+  for (int i = 0; i < cells + 4; ++i) expandRow(firstY - 2 + i, firstX, rows_[i]);
   return true;
 }
 
 void GlowLayer::rowOfTile(int y, std::int16_t* values) const {
   if (cellPx_ == 1) {
-    std::copy_n(rows_[y + 1], kTile, values);
+    std::copy_n(rows_[y + 2], kTile, values);
     return;
   }
-  const int fromFirstCentre = 2 * y + 1 + cellPx_;  // In half pixels, from the row above's centre.
-  const int above = fromFirstCentre / (2 * cellPx_);
-  const int way = fromFirstCentre % (2 * cellPx_);
-  mixRows(rows_[above], rows_[above + 1], static_cast<std::int16_t>(way * (16384 / cellPx_)),
-          values);
+  const int inCell = y % cellPx_;
+  const int first = y / cellPx_ + 2 + firstSplineCell(cellPx_, inCell);
+  const std::int16_t* rows[4] = {rows_[first], rows_[first + 1], rows_[first + 2],
+                                 rows_[first + 3]};
+  mixFourRows(rows, splineWeights(cellPx_, inCell), kGlowFull, values);
 }
 
 }  // namespace render

@@ -11,7 +11,7 @@
 namespace render {
 
 /// The blurred mask of a stroke at a reduced resolution: as coarse as a Gaussian of its width can
-/// be and still be interpolated unseen.
+/// be and still be interpolated unseen, with cubic B-splines.
 class GlowLayer {
  public:
   /// How far the glow of `sigma` pixels reaches beyond the stroke's edge, in pixels.
@@ -27,7 +27,6 @@ class GlowLayer {
   void rowOfTile(int y, std::int16_t* values) const;
 
  private:
-  void paintMask(std::span<const CurvePiece> pieces);
   void expandRow(int cellY, int firstCellX, std::int16_t* values) const;
 
   int cellPx_ = 1;  // A power of two, at most a tile's side.
@@ -35,8 +34,8 @@ class GlowLayer {
   int top_ = 0;
   GlowMask mask_;
   GlowMask scratch_;
-  // The opened tile's rows of cells, and one above and below, at full width.
-  alignas(64) std::int16_t rows_[PaintTile::kSide + 2][PaintTile::kSide];
+  // The opened tile's rows of cells at full width, two more above and below.
+  alignas(64) std::int16_t rows_[PaintTile::kSide + 4][PaintTile::kSide];
 };
 
 }  // namespace render

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "render/curve_piece.h"
+
 namespace render {
 
-/// A CurvePiece in the cells of a DistanceField: positions relative to the first cell's centre.
+/// A CurvePiece in single precision, measured in the cells of some grid: positions relative to the
+/// centre of the grid's first cell.
 struct LocalPiece {
   float startX, startY;
   float chordX, chordY;  // From the start to the end.
@@ -11,7 +14,23 @@ struct LocalPiece {
   float bendX, bendY;    // Start - 2 control + end.
   float smallestSlope2;  // Keeps Newton's step finite near the centre of curvature.
   float bodyHalf, coreHalf;
-  float bodyCap, coreCap;  // What thinner lines than a cell cannot exceed.
+  float bulge;  // How far the curve leaves its chord at most.
+  bool isStraight;
 };
+
+/// Cells of a row, from `first` up to but not including `end`.
+struct CellSpan {
+  int first = 0;
+  int end = 0;
+};
+
+/// `left`, `top`: the corner of the grid's first cell in device pixels; `step`: pixels per cell.
+LocalPiece localPiece(const CurvePiece& piece, double left, double top, double step);
+
+/// The rows of a grid of `rows` rows that lie within `reach` cells of the piece's curve.
+CellSpan rowsNear(const LocalPiece& piece, float reach, int rows);
+
+/// The same for the cells of row `y`, none when first >= end. May hold a few more.
+CellSpan cellsNear(const LocalPiece& piece, int y, float reach, int columns);
 
 }  // namespace render

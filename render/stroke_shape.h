@@ -5,7 +5,9 @@
 #include "render/curve_piece.h"
 #include "render/glow_layer.h"
 #include "render/paint_tile.h"
+#include "render/piece_index.h"
 #include "render/pixel_rect.h"
+#include "render/tile_coverage.h"
 #include "strokes/stroke_points.h"
 
 namespace render {
@@ -29,10 +31,8 @@ class StrokeShape {
   void rowOfTile(int y, TileRowShares& shares) const;
 
  private:
-  void coverTile(int tileX, int tileY);
-  void coverFinely(int tileX, int tileY);
-
   std::vector<CurvePiece> pieces_;
+  PieceIndex index_;
   GlowLayer wide_;
   GlowLayer narrow_;
   PixelRect bounds_;
@@ -42,8 +42,8 @@ class StrokeShape {
   std::vector<CurvePiece> near_;  // The pieces that paint in the opened tile.
   bool hasWide_ = false;
   bool hasNarrow_ = false;
-  alignas(64) std::int16_t body_[PaintTile::kSide * PaintTile::kSide];
-  alignas(64) std::int16_t core_[PaintTile::kSide * PaintTile::kSide];
+  bool hasBody_ = false;
+  TileCoverage coverage_;
 };
 
 }  // namespace render

@@ -1,8 +1,10 @@
 #include "strokes/palette.h"
 
+#include <cstddef>
+
 namespace strokes::Palette {
 
-const std::array<PaletteColor, 8> colors{{
+constinit const std::array<PaletteColor, 8> colors{{
     {0, "Cyan", 0.1, 0.9, 1.0},
     {1, "Magenta", 1.0, 0.15, 0.8},
     {2, "Lime", 0.45, 1.0, 0.2},

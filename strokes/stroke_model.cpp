@@ -1,5 +1,7 @@
 #include "strokes/stroke_model.h"
 
+#include <cstddef>
+
 namespace strokes::StrokeModel {
 
 namespace {

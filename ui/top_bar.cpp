@@ -19,11 +19,14 @@ TopBar::TopBar(model::AppModel& model, QWidget* parent) : QWidget(parent), model
   row->setSpacing(kSpacing);
   row->addLayout(makePalette());
   row->addStretch();
+  indicator_ = new RecordingIndicator(this);
+  row->addWidget(indicator_);
 
   undo_ = makeButton("Undo", "arrow.uturn.backward", [this] { model_.undo(); });
   clear_ = makeButton("Clear", "trash", [this] { model_.setShowClearConfirm(true); });
   RoomyButton* save = makeButton("Save Image", "photo", [this] { model_.setShowSaveChoice(true); });
-  for (RoomyButton* button : {undo_, clear_, save}) row->addWidget(button);
+  record_ = makeButton({}, {}, [this] { model_.toggleRecording(); });
+  for (RoomyButton* button : {undo_, clear_, save, record_}) row->addWidget(button);
   refresh();
 }
 
@@ -34,6 +37,16 @@ void TopBar::refresh() {
   const bool hasStrokes = model_.strokeCount() != 0;
   undo_->setEnabled(hasStrokes);
   clear_->setEnabled(hasStrokes);
+  refreshRecording();
+}
+
+void TopBar::refreshRecording() {
+  indicator_->setVisible(model_.isRecording());
+  indicator_->setSeconds(model_.recordSeconds());
+  const QString title = model_.isRecording() ? "Stop" : "Record Video";
+  if (record_->text() == title) return;
+  record_->setText(title);
+  record_->setIcon(symbolIcon(model_.isRecording() ? "stop.circle.fill" : "record.circle"));
 }
 
 QLayout* TopBar::makePalette() {

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "model/app_model.h"
+#include "ui/recording_indicator.h"
 #include "ui/roomy_button.h"
 #include "ui/swatch.h"
 
@@ -19,13 +20,16 @@ class TopBar final : public QWidget {
 
  private:
   QLayout* makePalette();
+  void refreshRecording();
   template <class Action>
   RoomyButton* makeButton(const QString& title, const QString& symbol, Action action);
 
   model::AppModel& model_;
   std::vector<Swatch*> swatches_;
+  RecordingIndicator* indicator_;
   RoomyButton* undo_;
   RoomyButton* clear_;
+  RoomyButton* record_;
 };
 
 }  // namespace ui

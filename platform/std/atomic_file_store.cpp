@@ -24,7 +24,7 @@ std::error_code systemError(int number) {
 
 /// Where a write to `path` would end up. A link that leads nowhere yet names the file to be made.
 std::error_code followLinks(std::filesystem::path& path) {
-  for (int i = 0; i < kMostLinks; ++i) {
+  for (int followed = 0; followed <= kMostLinks; ++followed) {
     std::error_code isNoLink;
     const std::filesystem::path next = std::filesystem::read_symlink(path, isNoLink);
     if (isNoLink) return {};
@@ -68,6 +68,15 @@ Result<void> AtomicFileStore::replace(const std::filesystem::path& path,
     return Error{"Writing " + path.string() + " failed: " + error.message() + "."};
   }
   return {};
+}
+
+Result<void> AtomicFileStore::remove(const std::filesystem::path& path) {
+  struct stat found {};
+  int error = lstat(path.c_str(), &found) == 0 ? 0 : errno;
+  if (error == 0 && !S_ISREG(found.st_mode) && !S_ISLNK(found.st_mode)) error = EPERM;
+  if (error == 0 && unlink(path.c_str()) != 0) error = errno;
+  if (error == 0) return {};
+  return Error{"Removing " + path.string() + " failed: " + systemError(error).message() + "."};
 }
 
 }  // namespace platform

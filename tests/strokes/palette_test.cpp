@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstddef>
 #include <string_view>
@@ -25,6 +26,14 @@ TEST(Palette, RunsFromCyanToWhite) {
 
   EXPECT_THAT(names,
               ElementsAre("Cyan", "Magenta", "Lime", "Orange", "Yellow", "Red", "Violet", "White"));
+}
+
+TEST(Palette, EveryColourButWhiteIsBrightAndSaturated) {
+  for (const PaletteColor& color : Palette::colors) {
+    const auto [least, most] = std::minmax({color.r, color.g, color.b});
+    EXPECT_EQ(most, 1) << color.name;
+    EXPECT_EQ(least <= 0.35, color.name != "White") << color.name;
+  }
 }
 
 TEST(Palette, EveryComponentLiesBetweenZeroAndOne) {

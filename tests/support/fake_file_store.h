@@ -21,6 +21,12 @@ class FakeFileStore final : public platform::FileStore {
     return {};
   }
 
+  platform::Result<void> remove(const std::filesystem::path& path) override {
+    if (failure) return *failure;
+    if (files.erase(path) == 0) return platform::Error{"no such file"};
+    return {};
+  }
+
   std::map<std::filesystem::path, std::vector<std::uint8_t>> files;  ///< What lies where.
   std::optional<platform::Error> failure;  ///< When set, every write fails so and leaves `files`.
 };

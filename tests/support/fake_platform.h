@@ -1,13 +1,16 @@
 #pragma once
 
 #include "platform/services.h"
+#include "tests/support/fake_calendar.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/fake_file_store.h"
 #include "tests/support/fake_main_queue.h"
 #include "tests/support/fake_picture_encoder.h"
 #include "tests/support/fake_save_panel.h"
 #include "tests/support/fake_serial_queue.h"
+#include "tests/support/fake_standard_folders.h"
 #include "tests/support/fake_timer_factory.h"
+#include "tests/support/fake_video_writer.h"
 
 namespace support {
 
@@ -20,6 +23,9 @@ struct FakePlatform {
   FakeSavePanel savePanel;
   FakePictureEncoder pictureEncoder;
   FakeFileStore files;
+  FakeVideoWriterFactory videoWriters;
+  FakeCalendar calendar;
+  FakeStandardFolders folders;
 
   platform::Services services() {
     return {
@@ -29,6 +35,9 @@ struct FakePlatform {
         .savePanel = savePanel,
         .pictureEncoder = pictureEncoder,
         .files = files,
+        .videoWriters = videoWriters,
+        .calendar = calendar,
+        .folders = folders,
     };
   }
 };

@@ -78,8 +78,9 @@ std::string valueText(const model::AppModel& model, Property property) {
     case Property::errorDetails:
       return text(model.errorDetails());
     case Property::isRecording:
+      return text(model.isRecording());
     case Property::recordSeconds:
-      break;  // The model has no recording.
+      return text(model.recordSeconds());
   }
   return {};
 }

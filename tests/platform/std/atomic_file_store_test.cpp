@@ -1,11 +1,9 @@
 #include "platform/std/atomic_file_store.h"
 
 #include <gmock/gmock.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -14,6 +12,8 @@
 #include <string_view>
 #include <vector>
 
+#include "tests/support/scoped_disk_limit.h"
+#include "tests/support/scoped_ordinary_user.h"
 #include "tests/support/temporary_folder.h"
 
 namespace platform {
@@ -54,44 +54,6 @@ class ScopedUmask {
 
  private:
   mode_t before_;
-};
-
-/// No file may grow past this many bytes until the end of the scope, as on a disk that is full.
-class ScopedDiskLimit {
- public:
-  explicit ScopedDiskLimit(rlim_t bytes) : signal_(std::signal(SIGXFSZ, SIG_IGN)) {
-    getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit now{bytes, before_.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &now);
-  }
-  ~ScopedDiskLimit() {
-    setrlimit(RLIMIT_FSIZE, &before_);
-    std::signal(SIGXFSZ, signal_);
-  }
-  ScopedDiskLimit(const ScopedDiskLimit&) = delete;
-  ScopedDiskLimit& operator=(const ScopedDiskLimit&) = delete;
-
- private:
-  void (*signal_)(int);
-  rlimit before_{};
-};
-
-/// Permissions do not hold the superuser back: acts as nobody until the end of the scope.
-class ScopedOrdinaryUser {
- public:
-  ScopedOrdinaryUser() {
-    if (geteuid() == 0) wasRoot_ = seteuid(65534) == 0;
-  }
-  ~ScopedOrdinaryUser() {
-    if (wasRoot_) {
-      EXPECT_EQ(seteuid(0), 0);
-    }
-  }
-  ScopedOrdinaryUser(const ScopedOrdinaryUser&) = delete;
-  ScopedOrdinaryUser& operator=(const ScopedOrdinaryUser&) = delete;
-
- private:
-  bool wasRoot_ = false;
 };
 
 class AtomicFileStoreTest : public testing::Test {
@@ -179,6 +141,19 @@ TEST_F(AtomicFileStoreTest, ALinkThatLeadsNowhereYetGetsItsFile) {
   EXPECT_EQ(contents(folder / "later.png"), "new");
 }
 
+TEST_F(AtomicFileStoreTest, AsManyLinksAreFollowedAsTheKernelFollows) {
+  putFile(folder / "0", "earlier");
+  for (int i = 1; i <= 41; ++i)
+    fs::create_symlink(std::to_string(i - 1), folder / std::to_string(i));
+  ASSERT_EQ(contents(folder / "40"), "earlier");
+  ASSERT_FALSE(std::ifstream(folder / "41").is_open());
+
+  EXPECT_TRUE(store.replace(folder / "40", bytesOf("new")).ok());
+  EXPECT_FALSE(store.replace(folder / "41", bytesOf("newer")).ok());
+
+  EXPECT_EQ(contents(folder / "0"), "new");
+}
+
 TEST_F(AtomicFileStoreTest, LinksThatRunInACircleFail) {
   fs::create_symlink("b", folder / "a");
   fs::create_symlink("a", folder / "b");
@@ -249,7 +224,7 @@ TEST_F(AtomicFileStoreTest, AFullDiskLeavesTheEarlierFileAndNoOther) {
 
   Result<void> result;
   {
-    const ScopedDiskLimit limit(4096);
+    const support::ScopedDiskLimit limit(4096);
     result = store.replace(folder / "a.png", bytesOf(large));
   }
 
@@ -267,7 +242,7 @@ TEST_F(AtomicFileStoreTest, AFileThatMayNotBeWrittenToStays) {
 
   Result<void> result;
   {
-    const ScopedOrdinaryUser user;
+    const support::ScopedOrdinaryUser user;
     result = store.replace(folder / "a.png", bytesOf("new"));
   }
 
@@ -282,7 +257,7 @@ TEST_F(AtomicFileStoreTest, AFolderThatMayNotBeWrittenToStaysAsItWas) {
 
   Result<void> result;
   {
-    const ScopedOrdinaryUser user;
+    const support::ScopedOrdinaryUser user;
     result = store.replace(folder / "a.png", bytesOf("new"));
   }
 
@@ -290,6 +265,35 @@ TEST_F(AtomicFileStoreTest, AFolderThatMayNotBeWrittenToStaysAsItWas) {
   ASSERT_FALSE(result.ok());
   EXPECT_THAT(result.error().description, HasSubstr("Permission denied"));
   EXPECT_THAT(folder.names(), IsEmpty());
+}
+
+TEST_F(AtomicFileStoreTest, RemovesAFile) {
+  putFile(folder / "a.mp4", "earlier");
+
+  EXPECT_TRUE(store.remove(folder / "a.mp4").ok());
+  EXPECT_THAT(folder.names(), IsEmpty());
+}
+
+TEST_F(AtomicFileStoreTest, RemovesALinkAndNotTheFileBehindIt) {
+  putFile(folder / "file", "earlier");
+  fs::create_symlink("file", folder / "link");
+
+  EXPECT_TRUE(store.remove(folder / "link").ok());
+  EXPECT_THAT(folder.names(), ElementsAre("file"));
+}
+
+TEST_F(AtomicFileStoreTest, RemovesNeitherFoldersNorPipes) {
+  fs::create_directory(folder / "folder");
+  ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+
+  EXPECT_FALSE(store.remove(folder / "folder").ok());
+  EXPECT_FALSE(store.remove(folder / "pipe").ok());
+  EXPECT_THAT(folder.names(), ElementsAre("folder", "pipe"));
+}
+
+TEST_F(AtomicFileStoreTest, RemovingWhatIsNotThereFailsWithTheReason) {
+  EXPECT_THAT(store.remove(folder / "gone").error().description,
+              HasSubstr("No such file or directory"));
 }
 
 }  // namespace

@@ -80,6 +80,7 @@ TEST(ThreadQueue, WorkMayPostFurtherWork) {
 }
 
 TEST(ThreadQueue, ItsEndWaitsForTheRunningItemAndDropsTheWaitingOnes) {
+  std::atomic<bool> ending = false;
   std::atomic<bool> finished = false;
   std::atomic<bool> droppedRan = false;
   std::promise<void> started;
@@ -87,11 +88,14 @@ TEST(ThreadQueue, ItsEndWaitsForTheRunningItemAndDropsTheWaitingOnes) {
     ThreadQueue queue("end");
     queue.post([&] {
       started.set_value();
-      std::this_thread::sleep_for(std::chrono::milliseconds(50));
+      ending.wait(false);
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));  // The end is under way by then.
       finished = true;
     });
     queue.post([&] { droppedRan = true; });
     started.get_future().wait();
+    ending = true;
+    ending.notify_one();
   }
 
   EXPECT_TRUE(finished);

@@ -1,0 +1,55 @@
+#include "platform/handpose/hand_track.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace platform::handpose {
+namespace {
+
+constexpr double kMostShrinking = 0.6;  // From one frame's crop to the next.
+constexpr double kOtherSide = 0.7;      // As strange as a jump by so many hands.
+constexpr double kMissedScore = 0.5;
+
+}  // namespace
+
+double scoreOf(const HandReading& reading) {
+  double sum = 0;
+  for (const Landmark& landmark : reading.landmarks) sum += landmark.confidence;
+  return reading.presence * (1 + sum / kJointCount) / 2;
+}
+
+HandTrack::HandTrack(int id, const HandReading& first, const ChiralityVote& vote)
+    : id_(id), cropSize_(0), score_(0), vote_(vote) {
+  follow(first);
+}
+
+TrackedHand HandTrack::report() const {
+  return {id_, landmarks_, chirality(), misses_ > 0 ? kMissedScore * score_ : score_};
+}
+
+HandCrop HandTrack::crop() const {
+  HandBox box = box_;
+  box.size = cropSize_;
+  return HandCrop::around(box);
+}
+
+double HandTrack::strangeness(const HandReading& reading) const {
+  const double jump = distance(box_.centre, boxOf(reading.landmarks).centre) / box_.size;
+  const double side = 2 * reading.right - 1;  // -1 left, 1 right.
+  return jump + kOtherSide * std::max(0.0, -side * static_cast<int>(chirality()));
+}
+
+void HandTrack::follow(const HandReading& reading) {
+  landmarks_ = reading.landmarks;
+  box_ = boxOf(reading.landmarks);
+  cropSize_ = std::max(box_.size, kMostShrinking * cropSize_);
+  score_ = scoreOf(reading);
+  vote_.add(reading.right, reading.presence);
+  misses_ = 0;
+}
+
+void HandTrack::miss() {
+  ++misses_;
+}
+
+}  // namespace platform::handpose

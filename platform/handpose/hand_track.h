@@ -1,0 +1,55 @@
+#pragma once
+
+#include "platform/handpose/chirality_vote.h"
+#include "platform/handpose/hand_vision.h"
+
+namespace platform::handpose {
+
+/// A hand as the detector reports it.
+struct TrackedHand {
+  int id = 0;           ///< The same as long as the hand is followed; never used again.
+  Landmarks landmarks;  ///< Picture pixels, plain convention.
+  Chirality chirality = Chirality::unknown;
+  double score = 0;  ///< 0 to 1.
+};
+
+/// How good a reading is, 0 to 1: how surely there is a hand, and how surely its joints lie there.
+double scoreOf(const HandReading& reading);
+
+/// One hand, from frame to frame.
+class HandTrack {
+ public:
+  /// `vote`: what is known beforehand about its side.
+  HandTrack(int id, const HandReading& first, const ChiralityVote& vote);
+
+  const HandBox& box() const { return box_; }
+  Chirality chirality() const { return vote_.chirality(); }
+  TrackedHand report() const;
+
+  /// Where to look for the hand in the next frame. It does not shrink much at once: an unsure
+  /// network draws its joints together, and a crop made of those would collapse.
+  HandCrop crop() const;
+
+  /// How badly a reading goes with this hand: how far it has moved, in hands, and more when it is
+  /// of the other side.
+  double strangeness(const HandReading& reading) const;
+
+  /// The hand has been read again.
+  void follow(const HandReading& reading);
+
+  /// The hand could not be read. It stays as it was, for one frame.
+  void miss();
+  /// How many frames in a row it has not been read.
+  int misses() const { return misses_; }
+
+ private:
+  int id_;
+  Landmarks landmarks_;
+  HandBox box_;
+  double cropSize_;
+  double score_;
+  ChiralityVote vote_;
+  int misses_ = 0;
+};
+
+}  // namespace platform::handpose

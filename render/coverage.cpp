@@ -1,0 +1,113 @@
+#include "render/coverage.h"
+
+#include <algorithm>
+#include <cstring>
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "render/coverage.cpp"
+#include "hwy/foreach_target.h"  // IWYU pragma: keep
+#include "hwy/highway.h"
+#include "render/curve_distance-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace render::HWY_NAMESPACE {
+
+using D = F;
+using V = Floats;
+constexpr int kCells = 64;
+// Half a square's diagonal: borders farther from a cell's centre leave it whole.
+constexpr float kHalfDiagonal = 0.7072f;
+// The squared slope of the depth, 1 at a lone border, where borders meet at 25 degrees or more.
+constexpr float kMeetingSlope2 = 0.95f;
+
+HWY_INLINE void storeShare(D d, V share, std::int16_t full, std::int16_t* coverage) {
+  const hn::Rebind<std::int32_t, D> di;
+  const hn::Rebind<std::int16_t, D> ds;
+  const V scaled = hn::Mul(share, hn::Set(d, static_cast<float>(full)));
+  hn::StoreU(hn::DemoteTo(ds, hn::ConvertTo(di, hn::Add(scaled, hn::Set(d, 0.5f)))), ds, coverage);
+}
+
+void ramp(const float* depths, std::int16_t full, std::int16_t* coverage) {
+  const D d;
+  const V zero = hn::Zero(d), one = hn::Set(d, 1.0f), half = hn::Set(d, 0.5f);
+  for (int x = 0; x < kCells; x += static_cast<int>(hn::Lanes(d))) {
+    const V share = hn::Min(hn::Max(hn::Add(hn::Load(d, depths + x), half), zero), one);
+    storeShare(d, share, full, coverage + x);
+  }
+}
+
+/// `depths` may be read one cell before and after its 64.
+std::uint64_t edge(const float* above, const float* depths, const float* below, std::int16_t full,
+                   std::int16_t* coverage) {
+  const D d;
+  const int lanes = static_cast<int>(hn::Lanes(d));
+  const V zero = hn::Zero(d), one = hn::Set(d, 1.0f), half = hn::Set(d, 0.5f);
+  const V tiny = hn::Set(d, 1e-4f);
+  std::uint64_t meetings = 0;
+  for (int x = 0; x < kCells; x += lanes) {
+    const V depth = hn::LoadU(d, depths + x);
+    const V inside = hn::IfThenElseZero(hn::Gt(depth, zero), one);
+    const auto isBorder = hn::Lt(hn::Abs(depth), hn::Set(d, kHalfDiagonal));
+    if (hn::AllFalse(d, isBorder)) {
+      storeShare(d, inside, full, coverage + x);
+      continue;
+    }
+    const V across =
+        hn::Mul(half, hn::Sub(hn::LoadU(d, depths + x + 1), hn::LoadU(d, depths + x - 1)));
+    const V down = hn::Mul(half, hn::Sub(hn::LoadU(d, below + x), hn::LoadU(d, above + x)));
+    const V slope2 = hn::Add(hn::Mul(across, across), hn::Mul(down, down));
+    const V slope = hn::Sqrt(hn::Max(slope2, tiny));
+    const V a = hn::Div(hn::Abs(across), slope), b = hn::Div(hn::Abs(down), slope);
+    const V share = squareShare(depth, hn::Max(hn::Max(a, b), tiny), hn::Max(hn::Min(a, b), tiny));
+    storeShare(d, hn::IfThenElse(isBorder, share, inside), full, coverage + x);
+    const auto meets = hn::And(isBorder, hn::Lt(slope2, hn::Set(d, kMeetingSlope2)));
+    if (hn::AllFalse(d, meets)) continue;
+    std::uint8_t bits[8] = {};
+    hn::StoreMaskBits(d, meets, bits);
+    std::uint64_t cells = 0;
+    std::memcpy(&cells, bits, sizeof cells);
+    meetings |= cells << x;
+  }
+  return meetings;
+}
+
+}  // namespace render::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+
+namespace render {
+
+HWY_EXPORT(ramp);
+HWY_EXPORT(edge);
+
+namespace {
+
+constexpr int kRow = 64;
+
+/// Continues a row as a plane would: what `row` is to `next`, the result is to `row`.
+void continueRow(const float* row, const float* next, float* result) {
+  for (int x = 0; x < kRow; ++x) result[x] = 2 * row[x] - next[x];
+}
+
+}  // namespace
+
+void rampRow(const float* depths, std::int16_t full, std::int16_t* coverage) {
+  HWY_DYNAMIC_DISPATCH(ramp)(depths, full, coverage);
+}
+
+std::uint64_t edgeRow(const float* above, const float* depths, const float* below,
+                      std::int16_t full, std::int16_t* coverage) {
+  float continued[kRow];
+  if (!above) continueRow(depths, below ? below : depths, continued);
+  if (!below) continueRow(depths, above ? above : depths, continued);
+  float row[kRow + 2];
+  std::copy_n(depths, kRow, row + 1);
+  row[0] = 2 * row[1] - row[2];
+  row[kRow + 1] = 2 * row[kRow] - row[kRow - 1];
+  return HWY_DYNAMIC_DISPATCH(edge)(above ? above : continued, row + 1, below ? below : continued,
+                                    full, coverage);
+}
+
+}  // namespace render
+#endif

@@ -1,0 +1,63 @@
+#include "render/local_piece.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace render {
+
+namespace {
+
+int cellAt(float position, int count) {
+  return static_cast<int>(std::clamp(position, 0.0f, static_cast<float>(count)));
+}
+
+}  // namespace
+
+LocalPiece localPiece(const CurvePiece& p, double left, double top, double step) {
+  const double perPx = 1 / step;
+  const auto local = [=](double v) { return static_cast<float>(v * perPx); };
+  const double chordX = p.x2 - p.x0, chordY = p.y2 - p.y0;
+  const double chord2 = (chordX * chordX + chordY * chordY) * perPx * perPx;
+  LocalPiece result{};
+  result.startX = static_cast<float>((p.x0 - left) * perPx - 0.5);
+  result.startY = static_cast<float>((p.y0 - top) * perPx - 0.5);
+  result.chordX = local(chordX);
+  result.chordY = local(chordY);
+  result.inverseChord2 = chord2 > 1e-12 ? static_cast<float>(1 / chord2) : 0;
+  result.speedX = local(2 * (p.x1 - p.x0));
+  result.speedY = local(2 * (p.y1 - p.y0));
+  result.bendX = local(p.x0 - 2 * p.x1 + p.x2);
+  result.bendY = local(p.y0 - 2 * p.y1 + p.y2);
+  result.smallestSlope2 = static_cast<float>(std::max(chord2 * 0.25, 1e-6));
+  result.bodyHalf = local(p.bodyHalf);
+  result.coreHalf = local(p.coreHalf);
+  result.bulge = p.isStraight ? 0 : 0.25f * std::hypot(result.bendX, result.bendY);
+  result.isStraight = p.isStraight;
+  return result;
+}
+
+CellSpan rowsNear(const LocalPiece& p, float reach, int rows) {
+  const float all = reach + p.bulge;
+  return {cellAt(std::min(p.startY, p.startY + p.chordY) - all, rows),
+          cellAt(std::max(p.startY, p.startY + p.chordY) + all + 1, rows)};
+}
+
+CellSpan cellsNear(const LocalPiece& p, int y, float reach, int columns) {
+  // The chord's part that is near enough in y, then the reach to both sides of it.
+  const float all = reach + p.bulge;
+  const float above = static_cast<float>(y) - all - p.startY;
+  const float below = static_cast<float>(y) + all - p.startY;
+  float from = 0, to = 1;
+  if (std::abs(p.chordY) > 1e-3f) {
+    const float a = above / p.chordY, b = below / p.chordY;
+    from = std::max(from, std::min(a, b));
+    to = std::min(to, std::max(a, b));
+    if (from > to) return {};
+  } else if (above > 0.01f || below < -0.01f) {
+    return {};
+  }
+  const float x0 = p.startX + from * p.chordX, x1 = p.startX + to * p.chordX;
+  return {cellAt(std::min(x0, x1) - all, columns), cellAt(std::max(x0, x1) + all + 1, columns)};
+}
+
+}  // namespace render

@@ -1,0 +1,71 @@
+#include "render/piece_index.h"
+
+#include <algorithm>
+
+#include "render/paint_tile.h"
+
+namespace render {
+
+namespace {
+
+// Depths are wanted this far outside the paint: see DistanceField::kDepthKept.
+constexpr double kBorderPx = 2;
+
+int tileOf(int pixel) {
+  // Arithmetic shifts round down, for pixels left of the canvas too.
+  static_assert(PaintTile::kSide == 1 << 6);
+  return pixel >> 6;
+}
+
+template <typename Visit>
+void forEachTile(const PixelRect& tiles, Visit visit) {
+  for (int y = tiles.top; y < tiles.bottom; ++y) {
+    for (int x = tiles.left; x < tiles.right; ++x) visit(x, y);
+  }
+}
+
+}  // namespace
+
+PixelRect PieceIndex::tilesOf(const PixelRect& pixels) const {
+  return PixelRect{tileOf(pixels.left), tileOf(pixels.top), tileOf(pixels.right - 1) + 1,
+                   tileOf(pixels.bottom - 1) + 1}
+      .intersected(tiles_);
+}
+
+void PieceIndex::build(std::span<const CurvePiece> pieces, const PixelRect& bounds, double reach) {
+  tiles_ = bounds.isEmpty()
+               ? PixelRect{}
+               : PixelRect{tileOf(bounds.left), tileOf(bounds.top), tileOf(bounds.right - 1) + 1,
+                           tileOf(bounds.bottom - 1) + 1};
+  const auto count =
+      static_cast<std::size_t>(tiles_.width()) * static_cast<std::size_t>(tiles_.height());
+  reached_.assign(count, 0);
+  starts_.assign(count + 1, 0);
+  for (const CurvePiece& piece : pieces) {
+    forEachTile(tilesOf(piece.box(reach)), [&](int x, int y) { reached_[slot(x, y)] = 1; });
+    forEachTile(tilesOf(piece.box(kBorderPx)), [&](int x, int y) { ++starts_[slot(x, y)]; });
+  }
+  // From counts to the ends of each tile's share, which the filling below moves to their starts.
+  int end = 0;
+  for (int& start : starts_) start = end += start;
+  numbers_.resize(static_cast<std::size_t>(end));
+  for (std::size_t i = pieces.size(); i-- > 0;) {
+    forEachTile(tilesOf(pieces[i].box(kBorderPx)), [&](int x, int y) {
+      numbers_[static_cast<std::size_t>(--starts_[slot(x, y)])] = static_cast<int>(i);
+    });
+  }
+}
+
+bool PieceIndex::isReached(int tileX, int tileY) const {
+  const bool isWithin =
+      tileX >= tiles_.left && tileX < tiles_.right && tileY >= tiles_.top && tileY < tiles_.bottom;
+  return isWithin && reached_[slot(tileX, tileY)] != 0;
+}
+
+std::span<const int> PieceIndex::piecesIn(int tileX, int tileY) const {
+  const auto first = static_cast<std::size_t>(starts_[slot(tileX, tileY)]);
+  const auto end = static_cast<std::size_t>(starts_[slot(tileX, tileY) + 1]);
+  return std::span(numbers_).subspan(first, end - first);
+}
+
+}  // namespace render

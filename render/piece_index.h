@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "render/curve_piece.h"
+#include "render/pixel_rect.h"
+
+namespace render {
+
+/// Which pieces of a stroke paint in which tile of the canvas.
+class PieceIndex {
+ public:
+  /// `bounds`: the pixels that count; `reach`: how far the stroke's light reaches beyond its paint.
+  void build(std::span<const CurvePiece> pieces, const PixelRect& bounds, double reach);
+
+  /// Whether any light can fall into the tile.
+  bool isReached(int tileX, int tileY) const;
+
+  /// The numbers of the pieces whose paint, or its border, can be in the tile.
+  std::span<const int> piecesIn(int tileX, int tileY) const;
+
+ private:
+  PixelRect tilesOf(const PixelRect& pixels) const;
+  std::size_t slot(int tileX, int tileY) const {
+    return static_cast<std::size_t>(tileY - tiles_.top) * static_cast<std::size_t>(tiles_.width()) +
+           static_cast<std::size_t>(tileX - tiles_.left);
+  }
+
+  PixelRect tiles_;  // In tiles.
+  std::vector<std::uint8_t> reached_;
+  std::vector<int> starts_;  // Into numbers_, one for each tile and one for the end.
+  std::vector<int> numbers_;
+};
+
+}  // namespace render

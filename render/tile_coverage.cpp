@@ -1,0 +1,102 @@
+#include "render/tile_coverage.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+#include "render/coverage.h"
+
+namespace render {
+
+namespace {
+
+constexpr int kTile = PaintTile::kSide;
+// Lines thinner than twice this are sampled more finely: both their borders, or their round ends,
+// share pixels.
+constexpr double kThinHalfPx = 1.25;
+constexpr int kFineness = 4;
+constexpr int kSamples = kFineness * kFineness;
+
+const float* depthRow(const DistanceField& field, int y, bool ofCore) {
+  if (y < field.firstRow() || y >= field.endRow()) return nullptr;
+  return ofCore ? field.coreRow(y) : field.bodyRow(y);
+}
+
+std::uint64_t coverRow(const DistanceField& field, int y, bool ofCore, std::int16_t* coverage) {
+  return edgeRow(depthRow(field, y - 1, ofCore), depthRow(field, y, ofCore),
+                 depthRow(field, y + 1, ofCore), kFull, coverage);
+}
+
+}  // namespace
+
+void TileCoverage::paint(std::span<const CurvePiece> pieces, int tileX, int tileY, bool withCore) {
+  std::memset(body_, 0, sizeof body_);
+  std::memset(core_, 0, sizeof core_);
+  const bool isThin = std::any_of(pieces.begin(), pieces.end(), [=](const CurvePiece& piece) {
+    return (withCore ? piece.coreHalf : piece.bodyHalf) < kThinHalfPx;
+  });
+  if (isThin) {
+    paintFinely(pieces, tileX * kTile, tileY * kTile, withCore);
+  } else {
+    paintCoarsely(pieces, tileX * kTile, tileY * kTile, withCore);
+  }
+}
+
+void TileCoverage::paintCoarsely(std::span<const CurvePiece> pieces, int left, int top,
+                                 bool withCore) {
+  field_.reset(left, top, 1, withCore);
+  for (const CurvePiece& piece : pieces) field_.spread(piece);
+  for (int y = field_.firstRow(); y < field_.endRow(); ++y) {
+    const std::uint64_t meetings = coverRow(field_, y, false, body_ + y * kTile);
+    if (meetings) refine(pieces, left, top, y, meetings, false);
+    if (!withCore) continue;
+    const std::uint64_t coreMeetings = coverRow(field_, y, true, core_ + y * kTile);
+    if (coreMeetings) refine(pieces, left, top, y, coreMeetings, true);
+  }
+}
+
+void TileCoverage::refine(std::span<const CurvePiece> pieces, int left, int top, int y,
+                          std::uint64_t pixels, bool ofCore) {
+  for (; pixels; pixels &= pixels - 1) {
+    const int x = std::countr_zero(pixels);
+    fineField_.reset(left + x, top + y, 1.0 / kFineness, ofCore);
+    fineField_.limit(kFineness, kFineness);
+    for (const CurvePiece& piece : pieces) fineField_.spread(piece);
+    int sum = 0;
+    for (int row = fineField_.firstRow(); row < fineField_.endRow(); ++row) {
+      std::int16_t fine[kTile];
+      rampRow(depthRow(fineField_, row, ofCore), kFull, fine);
+      for (int i = 0; i < kFineness; ++i) sum += fine[i];
+    }
+    std::int16_t* mask = ofCore ? core_ : body_;
+    mask[y * kTile + x] = static_cast<std::int16_t>(sum / kSamples);
+  }
+}
+
+void TileCoverage::paintFinely(std::span<const CurvePiece> pieces, int left, int top,
+                               bool withCore) {
+  constexpr int kBlock = kTile / kFineness;
+  const auto average = [this](bool ofCore, std::int16_t* corner) {
+    for (int y = fineField_.firstRow() / kFineness; y * kFineness < fineField_.endRow(); ++y) {
+      int sums[kBlock] = {};
+      for (int row = y * kFineness; row < (y + 1) * kFineness; ++row) {
+        if (row < fineField_.firstRow() || row >= fineField_.endRow()) continue;
+        std::int16_t fine[kTile];
+        rampRow(depthRow(fineField_, row, ofCore), kFull, fine);
+        for (int x = 0; x < kTile; ++x) sums[x / kFineness] += fine[x];
+      }
+      for (int x = 0; x < kBlock; ++x)
+        corner[y * kTile + x] = static_cast<std::int16_t>(sums[x] / kSamples);
+    }
+  };
+  for (int y0 = 0; y0 < kTile; y0 += kBlock) {
+    for (int x0 = 0; x0 < kTile; x0 += kBlock) {
+      fineField_.reset(left + x0, top + y0, 1.0 / kFineness, withCore);
+      for (const CurvePiece& piece : pieces) fineField_.spread(piece);
+      average(false, body_ + y0 * kTile + x0);
+      if (withCore) average(true, core_ + y0 * kTile + x0);
+    }
+  }
+}
+
+}  // namespace render

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "render/curve_piece.h"
+#include "render/distance_field.h"
+#include "render/paint_tile.h"
+
+namespace render {
+
+/// The sharp masks of one stroke in one tile, antialiased, 0 to kFull: its body and, where it
+/// glows, its core.
+class TileCoverage {
+ public:
+  /// Paints the pieces, which are all those that come within a few pixels of the tile.
+  void paint(std::span<const CurvePiece> pieces, int tileX, int tileY, bool withCore);
+
+  const std::int16_t* bodyRow(int y) const { return body_ + y * PaintTile::kSide; }
+  /// All zero without core.
+  const std::int16_t* coreRow(int y) const { return core_ + y * PaintTile::kSide; }
+
+ private:
+  void paintCoarsely(std::span<const CurvePiece> pieces, int left, int top, bool withCore);
+  void paintFinely(std::span<const CurvePiece> pieces, int left, int top, bool withCore);
+  void refine(std::span<const CurvePiece> pieces, int left, int top, int y, std::uint64_t pixels,
+              bool ofCore);
+
+  DistanceField field_;
+  DistanceField fineField_;
+  alignas(64) std::int16_t body_[PaintTile::kSide * PaintTile::kSide];
+  alignas(64) std::int16_t core_[PaintTile::kSide * PaintTile::kSide];
+};
+
+}  // namespace render

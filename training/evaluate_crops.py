@@ -1,0 +1,101 @@
+"""How good the landmark network is on crops made from the reference joints.
+
+Only for tuning: on people of the train split who are left out of training.
+"""
+import argparse
+
+import cv2
+import numpy as np
+import torch
+
+import export
+import geometry
+import real_hands
+from landmark_data import patch_of
+
+PINCH_RATIO = 0.3
+
+
+def tuning_crops(folder, part="tuning", seed=5):
+    """Crops as a tracker would make them, with the joints in crop units."""
+    rng = np.random.default_rng(seed)
+    crops, joints, rows = [], [], []
+    for picture in real_hands.load(folder, part):
+        for hand in picture.hands:
+            pixels, points = patch_of(picture, hand)
+            x, y, size, angle = geometry.frame_of(points)
+            side = 1.5 * size * np.exp(rng.normal(0, 0.06))
+            x, y = np.array([x, y]) + rng.normal(0, 0.03, 2) * side
+            matrix = geometry.crop_matrix(x, y, side, angle + rng.normal(0, 0.1), 128)
+            crops.append(geometry.warp(pixels, matrix, 128, 128, cv2.BORDER_REPLICATE))
+            joints.append(geometry.transform(geometry.invert(matrix), points) / 128)
+            rows.append((picture.kind, picture.digit, hand.right))
+    return np.stack(crops), np.stack(joints), rows
+
+
+def predict(net, crops):
+    net.eval()
+    landmarks, hands = [], []
+    with torch.no_grad():
+        for start in range(0, len(crops), 64):
+            pixels = torch.from_numpy(crops[start:start + 64]).permute(0, 3, 1, 2).float()
+            points, hand = net(pixels.contiguous(memory_format=torch.channels_last))
+            landmarks.append(points.numpy())
+            hands.append(hand.numpy())
+    return np.concatenate(landmarks), np.concatenate(hands)
+
+
+def pinch_ratio(joints):
+    j = geometry.reported(joints)
+    return np.hypot(*(j[:, 4] - j[:, 8]).T) / np.maximum(1e-6, np.hypot(*(j[:, 9] - j[:, 0]).T))
+
+
+def is_spread(joints):
+    j = geometry.reported(joints)
+    distance = lambda a, b: np.hypot(*(j[:, a] - j[:, b]).T)
+    size = distance(0, 9)
+    far = np.min([distance(0, tip) for tip in (8, 12, 16, 20)], 0) >= 1.6 * size
+    apart = np.min([distance(8, 12), distance(12, 16), distance(16, 20)], 0) >= 0.3 * size
+    return far & apart & (distance(4, 8) >= 0.7 * size)
+
+
+def errors(predicted, joints):
+    size = np.array([geometry.hand_size(j) for j in joints])
+    return np.linalg.norm(predicted[..., :2] - joints, axis=-1) / size[:, None]
+
+
+def figures(predicted, hands, joints, rows, choose):
+    """The figures over the hands for which `choose` is true."""
+    error = errors(predicted, joints)[choose][:, geometry.SEVEN]
+    ours, theirs = predicted[choose][..., :2], joints[choose]
+    right = np.array([r[2] for r in rows])[choose]
+    known = np.isfinite(right)
+    return {"n": int(choose.sum()), "mean": error.mean(), "median": np.median(error),
+            "pck20": (error < 0.2).mean(), "all7": (error < 0.25).all(1).mean(),
+            "pinch": ((pinch_ratio(ours) < PINCH_RATIO) == (pinch_ratio(theirs) < PINCH_RATIO)).mean(),
+            "spread": (is_spread(ours) == is_spread(theirs)).mean(),
+            "side": ((hands[choose][:, 1] > 0.5) == (right > 0.5))[known].mean() if known.any() else float("nan"),
+            "presence": (hands[choose][:, 0] > 0.5).mean()}
+
+
+def report(net, data):
+    crops, joints, rows = data
+    predicted, hands = predict(net, crops)
+    kinds = np.array([r[0] for r in rows])
+    table = {kind: figures(predicted, hands, joints, rows, kinds == kind) for kind in sorted(set(kinds))}
+    table["all"] = figures(predicted, hands, joints, rows, kinds == kinds)
+    return table
+
+
+def lines(table):
+    return "\n".join(f"  {kind:8s} " + " ".join(f"{k} {v:.3f}" if k != "n" else f"n {v:4d}" for k, v in row.items())
+                     for kind, row in table.items())
+
+
+if __name__ == "__main__":
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("checkpoint")
+    parser.add_argument("--hands", required=True, help="folder of the labelled real hands")
+    arguments = parser.parse_args()
+    torch.set_num_threads(1)
+    print(lines(report(export.load("landmarks", arguments.checkpoint), tuning_crops(arguments.hands))))

@@ -1,0 +1,197 @@
+"""Training crops for the landmark network, mixed from rendered and real hands."""
+import math
+
+import cv2
+import numpy as np
+
+import camera
+import geometry
+import real_hands
+import rendered
+from geometry import CROP_PER_SIZE
+
+REAL_KINDS = {"digits": 0.27, "closeup": 0.33, "webcam": 0.26, "video": 0.05, "photo": 0.09}
+NEGATIVE_SHARE = 0.14
+SQUARE, SQUARES = 160, 2500  # Backgrounds are kept ready: pixels, and how many of each kind.
+PATCH_PIXELS = 190  # Real hands are kept as patches of this size per 2.6 hand boxes.
+
+
+def patch_of(picture, hand):
+    """A part of the picture around the hand, no larger than needed, and the hand in its pixels."""
+    x, y, size, _ = geometry.frame_of(hand.joints)
+    reach = 1.3 * size
+    height, width = picture.pixels.shape[:2]
+    left, top = max(0, int(x - reach)), max(0, int(y - reach))
+    right, bottom = min(width, int(x + reach) + 1), min(height, int(y + reach) + 1)
+    part = picture.pixels[top:bottom, left:right]
+    scale = min(1.0, PATCH_PIXELS / (2 * reach))
+    if scale < 1:
+        part = cv2.resize(part, None, fx=scale, fy=scale, interpolation=cv2.INTER_AREA)
+    return part.copy(), (hand.joints - [left, top]) * scale
+
+
+class RealHands:
+    def __init__(self, pictures):
+        self.by_kind = {}
+        for picture in pictures:
+            for hand in picture.hands:
+                pixels, joints = patch_of(picture, hand)
+                self.by_kind.setdefault(picture.kind, []).append((pixels, joints, hand.right, hand.weight))
+        self.kinds = [k for k in REAL_KINDS if k in self.by_kind]
+        self.shares = np.cumsum([REAL_KINDS[k] for k in self.kinds])
+
+    def pick(self, rng):
+        kind = self.kinds[int(np.searchsorted(self.shares, rng.random() * self.shares[-1]))]
+        return self.by_kind[kind][int(rng.integers(len(self.by_kind[kind])))]
+
+
+class RealRooms:
+    """Squares of real pictures that hold no hand: backgrounds and negatives."""
+
+    def __init__(self, pictures):
+        self.pictures = [p for p in pictures if p.complete and min(p.pixels.shape[:2]) > 150]
+        self.empty = [p for p in self.pictures if not p.hands]
+
+    def pick(self, rng, pixels):
+        for _ in range(12):
+            pool = self.empty if rng.random() < 0.5 else self.pictures
+            picture = pool[int(rng.integers(len(pool)))]
+            height, width = picture.pixels.shape[:2]
+            side = min(height, width) * math.exp(rng.uniform(math.log(0.2), 0))
+            x, y = rng.uniform(side / 2, width - side / 2 + 1e-3), rng.uniform(side / 2, height - side / 2 + 1e-3)
+            if all(self._apart(hand, x, y, side) for hand in picture.hands):
+                break
+        matrix = geometry.crop_matrix(x, y, side, rng.normal(0, 0.3), pixels, rng.random() < 0.5)
+        if side > 2 * pixels:
+            left, top = max(0, int(x - side)), max(0, int(y - side))
+            part = picture.pixels[top:int(y + side), left:int(x + side)]
+            scale = pixels / side
+            part = cv2.resize(part, None, fx=scale, fy=scale, interpolation=cv2.INTER_AREA)
+            matrix = matrix * scale - np.array([[0, 0, left * scale], [0, 0, top * scale]])
+            return geometry.warp(part, matrix, pixels, pixels, cv2.BORDER_REFLECT)
+        return geometry.warp(picture.pixels, matrix, pixels, pixels, cv2.BORDER_REFLECT)
+
+    @staticmethod
+    def _apart(hand, x, y, side):
+        hand_x, hand_y, size, _ = geometry.frame_of(hand.joints)
+        return max(abs(hand_x - x), abs(hand_y - y)) > side / 2 + 0.35 * size
+
+
+def cover(picture, joints, visible, rng):
+    """Puts something in front of a part of the crop."""
+    size = picture.shape[0]
+    mask = np.zeros(picture.shape[:2], np.uint8)
+    middle = (int(rng.integers(size)), int(rng.integers(size)))
+    axes = (int(size * rng.uniform(0.05, 0.2)), int(size * rng.uniform(0.05, 0.25)))
+    if rng.random() < 0.5:
+        cv2.ellipse(mask, middle, axes, float(rng.uniform(0, 180)), 0, 360, 255, -1)
+    else:
+        cv2.rectangle(mask, (middle[0] - axes[0], middle[1] - axes[1]), (middle[0] + axes[0], middle[1] + axes[1]), 255, -1)
+    if rng.random() < 0.5:
+        filling = np.full_like(picture, rng.integers(0, 256, 3, dtype=np.uint8))
+    else:
+        filling = np.roll(picture, (int(rng.integers(size)), int(rng.integers(size))), (0, 1))
+    picture[mask > 0] = filling[mask > 0]
+    cells = np.clip(joints.astype(int), 0, size - 1)
+    visible[mask[cells[:, 1], cells[:, 0]] > 0] = 0
+
+
+class LandmarkBatches:
+    """Draws batches; `real_share` of the hands are real, the others rendered (once there are any)."""
+
+    def __init__(self, real_folder, crops_pattern, rooms_pattern, real_share, seed):
+        pictures = real_hands.load(real_folder, "training")
+        self.real, self.rooms = RealHands(pictures), RealRooms(pictures)
+        self.crops = rendered.Shards(crops_pattern, rendered.CROP_SHAPE)
+        self.drawn_rooms = rendered.Shards(rooms_pattern, rendered.SCENE_SHAPE)
+        self.real_share = real_share
+        self.rng = np.random.default_rng(seed)
+        self.real_squares = [self.rooms.pick(self.rng, SQUARE) for _ in range(SQUARES)]
+        self.drawn_squares = []
+        self.rescan()
+
+    def rescan(self):
+        self.crops.rescan()
+        self.drawn_rooms.rescan()
+        for _ in range(min(600, SQUARES - len(self.drawn_squares)) if self.drawn_rooms.count else 0):
+            self.drawn_squares.append(self._drawn_square())
+
+    def _drawn_square(self):
+        rng = self.rng
+        room = np.ascontiguousarray(self.drawn_rooms.pick(rng)["pixels"][..., :3])
+        height, width = room.shape[:2]
+        matrix = geometry.crop_matrix(rng.uniform(0.3, 0.7) * width, rng.uniform(0.3, 0.7) * height,
+                                      height * rng.uniform(0.4, 1.1), rng.normal(0, 0.25), SQUARE, rng.random() < 0.5)
+        return geometry.warp(room, matrix, SQUARE, SQUARE, cv2.BORDER_REFLECT)
+
+    def background(self, pixels):
+        """A part of a ready-made square, seen by another camera."""
+        rng = self.rng
+        bank = self.drawn_squares if self.drawn_squares and rng.random() < 0.55 else self.real_squares
+        square = bank[int(rng.integers(len(bank)))]
+        y, x = rng.integers(0, SQUARE - pixels + 1, 2)
+        picture = square[y:y + pixels, x:x + pixels]
+        if rng.random() < 0.5:
+            picture = picture[:, ::-1]
+        if rng.random() < 0.25:
+            picture = cv2.GaussianBlur(picture, (0, 0), rng.uniform(0.5, 3.0))
+        if rng.random() < 0.5:
+            picture = cv2.convertScaleAbs(picture, alpha=rng.uniform(0.35, 1.3), beta=rng.uniform(0, 30))
+        return np.ascontiguousarray(picture)
+
+    def hand(self):
+        """One hand: pixels (BGR or premultiplied BGRA), joints, right, weight, visible."""
+        if self.crops.count and self.rng.random() >= self.real_share:
+            record = self.crops.pick(self.rng)
+            hand = record["hands"][0]
+            return record["pixels"], hand["joints"].astype(np.float64), float(hand["right"]), 1.0, hand["visible"].copy()
+        pixels, joints, right, weight = self.real.pick(self.rng)
+        return pixels, joints.astype(np.float64), right, weight, np.ones(21, np.float32)
+
+    def view(self, joints, displace):
+        """A random crop of a hand; displaced ones miss it."""
+        rng = self.rng
+        x, y, size, angle = geometry.frame_of(joints)
+        wild = rng.random() < 0.08
+        side = CROP_PER_SIZE * size * math.exp(float(np.clip(rng.normal(0, 0.3 if wild else 0.13), -0.6, 0.6)))
+        angle += rng.uniform(-1.2, 1.2) if wild else rng.normal(0, 0.26)
+        x, y = np.array([x, y]) + np.clip(rng.normal(0, 0.055, 2), -0.2, 0.2) * side
+        if displace:
+            way, turn = rng.uniform(0.75, 1.1) * side, rng.uniform(0, 2 * math.pi)
+            x, y, angle = x + way * math.cos(turn), y + way * math.sin(turn), rng.uniform(0, 2 * math.pi)
+        return x, y, side, angle
+
+    def item(self, pixels):
+        rng = self.rng
+        negative = rng.random() < NEGATIVE_SHARE
+        if negative and rng.random() < 0.75:
+            return camera.develop(self.background(pixels), rng), np.zeros((21, 2)), np.zeros(21), 0.5, 0.0, 0.0
+        source, joints, right, weight, visible = self.hand()
+        flip = rng.random() < 0.5
+        view = self.view(joints, negative)
+        matrix = geometry.crop_matrix(*view, pixels, flip, math.exp(rng.normal(0, 0.06)))
+        solid = source.shape[2] == 3
+        picture = geometry.warp(source, matrix, pixels, pixels, cv2.BORDER_REPLICATE if solid else cv2.BORDER_CONSTANT)
+        if not solid:
+            picture = rendered.over(picture, self.background(pixels))
+        joints = geometry.transform(geometry.invert(matrix), joints)
+        if flip:
+            right = 1 - right
+        if not negative and rng.random() < 0.15:
+            picture = np.ascontiguousarray(picture)
+            cover(picture, joints, visible, rng)
+        return camera.develop(picture, rng), joints / pixels, visible, right, weight, 0.0 if negative else 1.0
+
+    @staticmethod
+    def mirrored(batch):
+        """The same batch in a mirror: as good as another one, and free."""
+        pictures, joints, visible, right, weight, presence = batch
+        joints = joints.copy()
+        joints[..., 0] = 1 - joints[..., 0]
+        return np.ascontiguousarray(pictures[:, :, ::-1]), joints, visible, 1 - right, weight, presence
+
+    def batch(self, count, pixels):
+        """Pictures (n, s, s, 3) uint8; joints in crop units, visible, right (nan unknown), weight, presence."""
+        items = [self.item(pixels) for _ in range(count)]
+        columns = list(zip(*items))
+        return (np.stack(columns[0]),) + tuple(np.array(c, np.float32) for c in columns[1:])

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "hand_poses.h"
+
+namespace training::render {
+
+/// A posed person: every vertex and both hands' labelled joints in space.
+struct Person {
+  std::vector<Vec3> vertices, normals;
+  std::array<std::array<Vec3, 21>, 2> joints;  ///< Left hand, right hand.
+  std::array<Gesture, 2> gestures{};
+  std::array<bool, 2> isRaised{};
+  Vec3 shoulder, neck;
+  float handSize = 0;
+};
+
+/// Draws a body, turns the head, raises one or both hands and skins the mesh.
+/// `isForHands`: hands are shown to the camera in every direction rather than as at a webcam.
+Person randomPerson(const Human& human, bool isForHands, Random& random);
+
+/// Vertex normals of `vertices`.
+std::vector<Vec3> normalsOf(const std::vector<Vec3>& vertices,
+                            const std::vector<Triangle>& triangles);
+
+}  // namespace training::render
