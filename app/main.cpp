@@ -13,6 +13,8 @@
 #include "platform/std/uptime_clock.h"
 
 int main(int argc, char** argv) {
+  // A stroke wants every position of the mouse, also those of a moment when drawing was slow.
+  QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
   QApplication application(argc, argv);
   QGuiApplication::setDesktopFileName(QStringLiteral("io.github.wavescribe.Wavescribe"));
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/wavescribe.svg")));

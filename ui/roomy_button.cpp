@@ -10,6 +10,7 @@ constexpr QSize kAir(12, 4);
 RoomyButton::RoomyButton(const QString& text, QWidget* parent) : QPushButton(text, parent) {
   setFocusPolicy(Qt::TabFocus);
   setAutoDefault(false);
+  setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
 
 QSize RoomyButton::sizeHint() const {

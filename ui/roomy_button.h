@@ -11,7 +11,8 @@ class RoomyButton final : public QPushButton {
   explicit RoomyButton(const QString& text, QWidget* parent = nullptr);
 
   QSize sizeHint() const override;
-  QSize minimumSizeHint() const override { return sizeHint(); }
+  /// Without the air, for narrow windows.
+  QSize minimumSizeHint() const override { return QPushButton::sizeHint(); }
 };
 
 }  // namespace ui

@@ -60,7 +60,8 @@ TEST_F(MainWindowTest, IsCalledWavescribe) {
 TEST_F(MainWindowTest, HasTheMenusOfADesktopProgramAndThePaintings) {
   EXPECT_EQ(titlesOf(*window.menuBar()), QStringList({"File", "Edit", "Painting", "Help"}));
   EXPECT_EQ(titlesOf(*menu("File")), QStringList({"Quit"}));
-  EXPECT_EQ(titlesOf(*menu("Painting")), QStringList({"Save Image…", "-", "Clear…"}));
+  EXPECT_EQ(titlesOf(*menu("Painting")),
+            QStringList({"Save Image…", "Record Video…", "-", "Clear…"}));
   EXPECT_EQ(titlesOf(*menu("Help")), QStringList({"About Wavescribe"}));
 }
 
@@ -84,6 +85,20 @@ TEST_F(MainWindowTest, CtrlSOpensTheSaveChoice) {
   key(Qt::Key_S, Qt::ControlModifier);
 
   EXPECT_TRUE(model.showSaveChoice());
+}
+
+TEST_F(MainWindowTest, CtrlRStartsARecordingAndStopsIt) {
+  QAction* record = menu("Painting")->actions()[1];
+  EXPECT_EQ(record->shortcut(), QKeySequence("Ctrl+R"));
+  machine.savePanel.willAnswer("/films/a.mp4");
+
+  key(Qt::Key_R, Qt::ControlModifier);
+  EXPECT_TRUE(model.isRecording());
+  EXPECT_EQ(record->text().remove('&'), "Stop Recording");
+
+  key(Qt::Key_R, Qt::ControlModifier);
+  EXPECT_FALSE(model.isRecording());
+  EXPECT_EQ(record->text().remove('&'), "Record Video…");
 }
 
 TEST_F(MainWindowTest, BothClearShortcutsOnlyAsk) {
