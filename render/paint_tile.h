@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "render/pixel_rect.h"
+
 namespace render {
 
 /// The value of a full channel or share in 15-bit arithmetic.
@@ -14,6 +16,20 @@ struct PaintTile {
 
   alignas(64) std::int16_t plane[4][kSide * kSide];
 };
+
+/// The tiles that hold these pixels, counted from the canvas's top left corner.
+inline PixelRect tilesAround(const PixelRect& pixels) {
+  // Arithmetic shifts round down, for pixels left of the canvas too.
+  static_assert(PaintTile::kSide == 1 << 6);
+  if (pixels.isEmpty()) return {};
+  return {pixels.left >> 6, pixels.top >> 6, ((pixels.right - 1) >> 6) + 1,
+          ((pixels.bottom - 1) >> 6) + 1};
+}
+
+inline PixelRect pixelsOfTiles(const PixelRect& tiles) {
+  return {tiles.left * PaintTile::kSide, tiles.top * PaintTile::kSide,
+          tiles.right * PaintTile::kSide, tiles.bottom * PaintTile::kSide};
+}
 
 /// How much of a stroke's two colours goes over one row of a tile, 0 to kFull, both together at
 /// most kFull.

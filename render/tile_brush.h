@@ -1,0 +1,37 @@
+#pragma once
+
+#include <vector>
+
+#include "render/glow_layer.h"
+#include "render/paint_tile.h"
+#include "render/stroke_shape.h"
+#include "render/tile_coverage.h"
+
+namespace render {
+
+/// Lays strokes over tiles. Holds nothing but room to work in; one for each thread.
+class TileBrush {
+ public:
+  /// Lays the part of `shape` that falls into tile (tileX, tileY), fading by `alpha`, 0 to 1, over
+  /// what is painted there.
+  void lay(const StrokeShape& shape, const StrokeColors& colors, double alpha, int tileX, int tileY,
+           PaintTile& tile);
+
+ private:
+  bool open(const StrokeShape& shape, int tileX, int tileY);
+  void row(int y, TileRowShares& shares) const;
+
+  std::vector<CurvePiece> near_;
+  bool glow_ = false;
+  bool hasWide_ = false;
+  bool hasNarrow_ = false;
+  bool hasBody_ = false;
+  GlowTile wide_;
+  GlowTile narrow_;
+  TileCoverage coverage_;
+};
+
+/// The share of a stroke that is left at a fading alpha of 0 to 1.
+std::int16_t fadingShare(double alpha);
+
+}  // namespace render
