@@ -67,7 +67,7 @@ void render(const RenderScene& scene, const pixels::DrawingContext& context, pix
   if (context.pixels.width < 1 || context.pixels.height < 1) return;
   if (!(size.width > 0) || !(size.height > 0)) return;
   const CanvasMapping mapping = CanvasMapping::of(size, context.deviceScale);
-  drawBackground(scene, mapping, context.pixels);
+  Background(scene, mapping, context.pixels).draw();
   drawStrokes(scene, mapping, context.pixels);
   if (scene.cursor) drawCursor(*scene.cursor, mapping, context.pixels);
 }

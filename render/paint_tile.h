@@ -38,6 +38,11 @@ struct TileRowShares {
   alignas(64) std::int16_t core[PaintTile::kSide];
 };
 
+/// All rows of a tile, see TileRowShares.
+struct TileShares {
+  TileRowShares rows[PaintTile::kSide];
+};
+
 /// One row of a stroke's masks, 0 to kFull for the coverages, 0 to kGlowFull for the glows.
 struct TileRowMasks {
   alignas(64) std::int16_t wideGlow[PaintTile::kSide];

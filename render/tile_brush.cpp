@@ -7,9 +7,20 @@
 
 namespace render {
 
+namespace {
+
+/// What is left of a share at a fading alpha of 0 to 1.
 std::int16_t fadingShare(double alpha) {
   return static_cast<std::int16_t>(std::clamp(alpha * 32768, 0.0, static_cast<double>(kFull)));
 }
+
+void layRow(TileRowShares& shares, const StrokeColors& colors, double alpha, int y,
+            PaintTile& tile) {
+  if (alpha < 1) fadeRow(fadingShare(alpha), shares);
+  layOver(colors, shares, y, tile);
+}
+
+}  // namespace
 
 bool TileBrush::open(const StrokeShape& shape, int tileX, int tileY) {
   if (!shape.isReached(tileX, tileY)) return false;
@@ -41,14 +52,27 @@ void TileBrush::row(int y, TileRowShares& shares) const {
   joinGlowingRow(masks, shares);
 }
 
+bool TileBrush::shares(const StrokeShape& shape, int tileX, int tileY, TileShares& shares) {
+  if (!open(shape, tileX, tileY)) return false;
+  for (int y = 0; y < PaintTile::kSide; ++y) row(y, shares.rows[y]);
+  return true;
+}
+
 void TileBrush::lay(const StrokeShape& shape, const StrokeColors& colors, double alpha, int tileX,
                     int tileY, PaintTile& tile) {
   if (!open(shape, tileX, tileY)) return;
   TileRowShares shares;
   for (int y = 0; y < PaintTile::kSide; ++y) {
     row(y, shares);
-    if (alpha < 1) fadeRow(fadingShare(alpha), shares);
-    layOver(colors, shares, y, tile);
+    layRow(shares, colors, alpha, y, tile);
+  }
+}
+
+void layShares(const TileShares& shares, const StrokeColors& colors, double alpha,
+               PaintTile& tile) {
+  for (int y = 0; y < PaintTile::kSide; ++y) {
+    TileRowShares row = shares.rows[y];
+    layRow(row, colors, alpha, y, tile);
   }
 }
 

@@ -12,6 +12,10 @@ namespace render {
 /// Lays strokes over tiles. Holds nothing but room to work in; one for each thread.
 class TileBrush {
  public:
+  /// The shares of `shape` in tile (tileX, tileY) before fading; false, and nothing written, when
+  /// it has none there.
+  bool shares(const StrokeShape& shape, int tileX, int tileY, TileShares& shares);
+
   /// Lays the part of `shape` that falls into tile (tileX, tileY), fading by `alpha`, 0 to 1, over
   /// what is painted there.
   void lay(const StrokeShape& shape, const StrokeColors& colors, double alpha, int tileX, int tileY,
@@ -31,7 +35,7 @@ class TileBrush {
   TileCoverage coverage_;
 };
 
-/// The share of a stroke that is left at a fading alpha of 0 to 1.
-std::int16_t fadingShare(double alpha);
+/// Lays a tile's shares, fading by `alpha`, 0 to 1, over what is painted there.
+void layShares(const TileShares& shares, const StrokeColors& colors, double alpha, PaintTile& tile);
 
 }  // namespace render
