@@ -7,20 +7,21 @@ namespace render {
 
 namespace {
 
-int cellAt(float position, int count) {
-  return static_cast<int>(std::clamp(position, 0.0f, static_cast<float>(count)));
+int cellAt(float position, int first, int end) {
+  return static_cast<int>(
+      std::clamp(std::floor(position), static_cast<float>(first), static_cast<float>(end)));
 }
 
 }  // namespace
 
-LocalPiece localPiece(const CurvePiece& p, double left, double top, double step) {
+LocalPiece localPiece(const CurvePiece& p, double step) {
   const double perPx = 1 / step;
   const auto local = [=](double v) { return static_cast<float>(v * perPx); };
   const double chordX = p.x2 - p.x0, chordY = p.y2 - p.y0;
   const double chord2 = (chordX * chordX + chordY * chordY) * perPx * perPx;
   LocalPiece result{};
-  result.startX = static_cast<float>((p.x0 - left) * perPx - 0.5);
-  result.startY = static_cast<float>((p.y0 - top) * perPx - 0.5);
+  result.startX = static_cast<float>(p.x0 * perPx - 0.5);
+  result.startY = static_cast<float>(p.y0 * perPx - 0.5);
   result.chordX = local(chordX);
   result.chordY = local(chordY);
   result.inverseChord2 = chord2 > 1e-12 ? static_cast<float>(1 / chord2) : 0;
@@ -36,13 +37,13 @@ LocalPiece localPiece(const CurvePiece& p, double left, double top, double step)
   return result;
 }
 
-CellSpan rowsNear(const LocalPiece& p, float reach, int rows) {
+CellSpan rowsNear(const LocalPiece& p, float reach, int first, int end) {
   const float all = reach + p.bulge;
-  return {cellAt(std::min(p.startY, p.startY + p.chordY) - all, rows),
-          cellAt(std::max(p.startY, p.startY + p.chordY) + all + 1, rows)};
+  return {cellAt(std::min(p.startY, p.startY + p.chordY) - all, first, end),
+          cellAt(std::max(p.startY, p.startY + p.chordY) + all + 1, first, end)};
 }
 
-CellSpan cellsNear(const LocalPiece& p, int y, float reach, int columns) {
+CellSpan cellsNear(const LocalPiece& p, int y, float reach, int first, int end) {
   // The chord's part that is near enough in y, then the reach to both sides of it.
   const float all = reach + p.bulge;
   const float above = static_cast<float>(y) - all - p.startY;
@@ -57,7 +58,8 @@ CellSpan cellsNear(const LocalPiece& p, int y, float reach, int columns) {
     return {};
   }
   const float x0 = p.startX + from * p.chordX, x1 = p.startX + to * p.chordX;
-  return {cellAt(std::min(x0, x1) - all, columns), cellAt(std::max(x0, x1) + all + 1, columns)};
+  return {cellAt(std::min(x0, x1) - all, first, end),
+          cellAt(std::max(x0, x1) + all + 1, first, end)};
 }
 
 }  // namespace render
