@@ -62,6 +62,8 @@ class AppModel {
   /// Counts from the next frame that is analysed.
   void setColorHand(hand::ColorHand hand);
   const std::string& handStatus() const { return handStatus_.get(); }
+  /// What the latest frame that was analysed said. Not published.
+  const hand::HandOutput& handOutput() const { return handOutput_; }
   int strokeCount() const { return strokeCount_.get(); }
   bool isRecording() const { return isRecording_.get(); }
   /// Whole seconds since the running recording started; the last one's when none runs.
@@ -84,8 +86,9 @@ class AppModel {
   void mouseDragged(double x, double y);
   void mouseUp();
 
-  /// To be called about 30 times a second, before each redraw: keeps the open stroke fresh, removes
-  /// the strokes that have faded out and counts the seconds of a recording.
+  /// To be called about 30 times a second, before each redraw: lets go of a hand that the analysis
+  /// no longer speaks of, keeps the open stroke fresh, removes the strokes that have faded out and
+  /// counts the seconds of a recording.
   void tick();
 
   /// A snapshot of the canvas at this moment over `background`, whatever the person has chosen.
@@ -126,7 +129,14 @@ class AppModel {
   void cameraFailed(const std::string& message, const std::string& details);
   void cameraReturned();
   void processFrame(const pixels::PixelBuffer& frame, double time);
+
+  // The pen of the hand. The mouse always wins.
   void apply(const hand::HandOutput& output);
+  void handleSpread(bool spread);
+  void forgetSpread();
+  void moveHandPen(const hand::PenSample& pen);
+  void endHandStroke();
+  void timeOutHand(double now);
 
   /// `work` as something that may run when the model has gone, and then does nothing. The result
   /// runs on the main thread; may be called on any.
@@ -167,7 +177,13 @@ class AppModel {
 
   strokes::StrokeStore store_;
   std::optional<render::CursorState> mouseCursor_;  // Present while mouseDrawing_.
-  bool mouseDrawing_ = false;
+  bool mouseDrawing_ = false;                       // The hand then neither draws nor ends strokes.
+  std::optional<render::CursorState> handCursor_;   // Present while a hand is seen.
+  hand::HandOutput handOutput_;                     // Of the latest analysis.
+  double lastHandTime_ = 0;                         // When that was applied.
+  std::optional<double> spreadStart_;               // When the hand that is held open was opened.
+  bool spreadLatched_ = false;                      // It has changed the colour already.
+  bool reportedVisionError_ = false;                // Once in the life of the program.
   double recordStart_ = 0;  // Seconds on the clock; of the newest recording.
 
   int permissionQuestion_ = 0;  // Grows when an answer that is still due no longer counts.

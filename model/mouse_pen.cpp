@@ -30,6 +30,7 @@ void AppModel::mouseUp() {
 
 void AppModel::tick() {
   const double now = services_.clock.now();
+  timeOutHand(now);
   store_.touch(now);
   if (fadeEnabled() && store_.pruneFaded(now, fadeSeconds())) publishStrokeCount();
   if (isRecording()) recordSeconds_.setIfChanged(wholeNumber(now - recordStart_));
@@ -46,7 +47,7 @@ render::RenderScene AppModel::makeScene(render::CanvasBackground background,
       .glow = glow(),
       .fadeEnabled = fadeEnabled(),
       .fadeSeconds = fadeSeconds(),
-      .cursor = includeCursor ? mouseCursor_ : std::nullopt,
+      .cursor = includeCursor ? (mouseCursor_ ? mouseCursor_ : handCursor_) : std::nullopt,
   };
 }
 
