@@ -2,14 +2,23 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
+#include "capture/busy_flag.h"
+#include "capture/camera_source.h"
+#include "capture/frame_hub.h"
 #include "hand/color_hand.h"
+#include "hand/hand_output.h"
+#include "hand/hand_tracker.h"
 #include "model/app_model_observer.h"
 #include "model/camera_state.h"
 #include "model/observer_list.h"
 #include "model/published.h"
+#include "platform/camera_permission.h"
+#include "platform/serial_queue.h"
 #include "platform/services.h"
 #include "recording/recorder.h"
 #include "render/render_scene.h"
@@ -50,7 +59,8 @@ class AppModel {
   double fadeSeconds() const { return fadeSeconds_.get(); }
   void setFadeSeconds(double seconds) { fadeSeconds_.set(seconds); }
   hand::ColorHand colorHand() const { return colorHand_.get(); }
-  void setColorHand(hand::ColorHand hand) { colorHand_.set(hand); }
+  /// Counts from the next frame that is analysed.
+  void setColorHand(hand::ColorHand hand);
   const std::string& handStatus() const { return handStatus_.get(); }
   int strokeCount() const { return strokeCount_.get(); }
   bool isRecording() const { return isRecording_.get(); }
@@ -88,8 +98,15 @@ class AppModel {
   /// Takes every stroke away; the person has confirmed it.
   void clear();
 
-  /// Goes on without a camera.
+  /// Looks up whether the camera may be used and acts on the answer: starts the camera, or shows in
+  /// cameraState() what stands in the way. Until the answer comes the state stays as it is.
+  void refreshPermission();
+  /// Asks the person for the camera, and starts it if they agree.
+  void requestCamera();
+  /// Goes on without a camera: a camera background becomes black.
   void useMouseOnly();
+  /// Shows the page of the desktop's settings where the camera can be allowed.
+  void openCameraSettings();
 
   /// Asks for a place and saves the painting as a PNG 1920 pixels wide: over the current background
   /// with `withCamera`, else alone on a transparent ground. A failure is reported through
@@ -104,6 +121,18 @@ class AppModel {
   bool isFinishingRecording() const { return recorder_.isFinishing(); }
 
  private:
+  void act(platform::CameraAuthorization authorization);
+  void startCamera();
+  void cameraFailed(const std::string& message, const std::string& details);
+  void cameraReturned();
+  void processFrame(const pixels::PixelBuffer& frame, double time);
+  void apply(const hand::HandOutput& output);
+
+  /// `work` as something that may run when the model has gone, and then does nothing. The result
+  /// runs on the main thread; may be called on any.
+  std::function<void()> whileAlive(std::function<void()> work) const;
+  void postToMain(std::function<void()> work) const;
+
   void publishStrokeCount();
   void startRecording(const std::filesystem::path& path);
   void drawVideoFrame(const pixels::DrawingContext& context, pixels::Size size) const;
@@ -139,7 +168,19 @@ class AppModel {
   strokes::StrokeStore store_;
   std::optional<render::CursorState> mouseCursor_;  // Present while mouseDrawing_.
   bool mouseDrawing_ = false;
-  double recordStart_ = 0;        // Seconds on the clock; of the newest recording.
+  double recordStart_ = 0;  // Seconds on the clock; of the newest recording.
+
+  int permissionQuestion_ = 0;  // Grows when an answer that is still due no longer counts.
+  std::shared_ptr<const char> life_ = std::make_shared<const char>();
+
+  // The road of a frame. The last to come are the first to end: each waits for what it runs, which
+  // uses those before it.
+  capture::FrameHub hub_;
+  capture::BusyFlag visionBusy_;
+  hand::HandTracker tracker_;
+  std::unique_ptr<platform::SerialQueue> visionQueue_;
+  capture::CameraSource camera_;
+
   recording::Recorder recorder_;  // Last: it draws the rest.
 };
 

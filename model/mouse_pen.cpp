@@ -39,7 +39,7 @@ render::RenderScene AppModel::makeScene(render::CanvasBackground background,
                                         bool includeCursor) const {
   return {
       .background = background,
-      .frame = std::nullopt,
+      .frame = hub_.image(),
       .dim = dim(),
       .strokes = store_.strokes(),
       .now = services_.clock.now(),

@@ -16,7 +16,7 @@ namespace platform::ffmpeg {
 class FragmentedFile {
  public:
   /// At most so much of a video waits in memory for its fragment to be complete.
-  static constexpr double kFragmentSeconds = 0.5;
+  static constexpr double kFragmentSeconds = 0.25;
 
   static Result<std::unique_ptr<FragmentedFile>> create(const std::filesystem::path& path);
 

@@ -9,7 +9,13 @@ FrameQueue::FrameQueue(int width, int height) : width_(width), height_(height) {
 
 bool FrameQueue::hasRoom() const {
   const std::lock_guard lock(mutex_);
-  return !closed_ && frames_.size() < kCapacity;
+  return hasRoomLocked();
+}
+
+bool FrameQueue::hasRoomLocked() const {
+  if (closed_ || frames_.size() >= kCapacity) return false;
+  if (frames_.empty()) return true;
+  return frames_.back().time.seconds() - frames_.front().time.seconds() < kMostSeconds;
 }
 
 std::optional<pixels::Surface> FrameQueue::takeBuffer() {
@@ -31,7 +37,7 @@ std::optional<pixels::Surface> FrameQueue::takeBuffer() {
 bool FrameQueue::push(Frame frame) {
   {
     const std::lock_guard lock(mutex_);
-    if (closed_ || frames_.size() >= kCapacity) return false;
+    if (!hasRoomLocked()) return false;
     frames_.push_back(std::move(frame));
   }
   changed_.notify_one();

@@ -12,13 +12,15 @@
 
 namespace platform::ffmpeg {
 
-/// Frames on their way from the main thread to the encoder, never more than kCapacity, and the
-/// buffers that come back. Any thread.
+/// Frames on their way from the main thread to the encoder, and the buffers that come back. Never
+/// more than kCapacity, nor much more than kMostSeconds of video: a crash takes what waits here.
+/// Any thread.
 class FrameQueue {
  public:
   /// A quarter of a second at 30 frames a second: bridges the encoder's slow moments; a lasting
   /// overload should rather show as frames left out, one at a time, than as memory.
   static constexpr std::size_t kCapacity = 8;
+  static constexpr double kMostSeconds = 0.4;
 
   struct Frame {
     pixels::Surface picture;
@@ -42,6 +44,8 @@ class FrameQueue {
   void recycle(pixels::Surface buffer);
 
  private:
+  bool hasRoomLocked() const;
+
   const int width_;
   const int height_;
   mutable std::mutex mutex_;

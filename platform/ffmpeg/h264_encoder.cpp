@@ -44,6 +44,8 @@ CodecContextPtr describe(const AVCodec* h264, const VideoSettings& settings) {
   av_opt_set(codec->priv_data, "preset", "superfast", 0);
   av_opt_set_double(codec->priv_data, "crf", H264Encoder::kQuality, 0);
   av_opt_set_int(codec->priv_data, "forced-idr", 1, 0);
+  // Else every frame waits for the next, to see how long it lasts.
+  av_opt_set(codec->priv_data, "x264-params", "force-cfr=1", 0);
   return codec;
 }
 

@@ -132,7 +132,7 @@ Result<void> HandTracks::search(const pixels::Image& picture) {
   for (const HandCandidate& candidate : candidates) {
     const auto reading = vision_.read(picture, HandCrop::around(candidate.box));
     if (!reading) return reading.error();
-    if (isNewHand(reading.value(), picture)) {
+    if (isNewHand(candidate, reading.value(), picture)) {
       take(reading.value());
     } else {
       refused_.push_back(candidate.box);

@@ -33,6 +33,15 @@ TEST(FrameQueue, TakesNoMoreThanItsCapacity) {
   EXPECT_FALSE(queue.push(frameOf(queue, 99)));
 }
 
+TEST(FrameQueue, TakesNoMoreThanAFewTenthsOfASecondOfVideo) {
+  FrameQueue queue(4, 2);
+  for (const std::int64_t time : {0, 120, 239}) EXPECT_TRUE(queue.push(frameOf(queue, time)));
+  EXPECT_TRUE(queue.push(frameOf(queue, 240)));
+
+  EXPECT_FALSE(queue.hasRoom());
+  EXPECT_FALSE(queue.push(frameOf(queue, 241)));
+}
+
 TEST(FrameQueue, HasRoomAgainWhenAFrameLeaves) {
   FrameQueue queue(4, 2);
   while (queue.push(frameOf(queue, 0))) {

@@ -19,6 +19,10 @@ using namespace platform::ffmpeg;
 
 namespace {
 
+std::string orEmpty(const char* name) {
+  return name ? name : "";
+}
+
 std::uint8_t toByte(double value) {
   return static_cast<std::uint8_t>(std::clamp(std::lround(value), 0L, 255L));
 }
@@ -132,12 +136,12 @@ RecordedVideo readVideo(const std::filesystem::path& path, Pictures pictures) {
     return video;
   }
   decode(*input, *decoder, pictures, video);
-  video.pixelFormat = av_get_pix_fmt_name(decoder->pix_fmt);
-  video.range = av_color_range_name(decoder->color_range);
-  video.primaries = av_color_primaries_name(decoder->color_primaries);
-  video.transfer = av_color_transfer_name(decoder->color_trc);
-  video.matrix = av_color_space_name(decoder->colorspace);
-  video.chromaLocation = av_chroma_location_name(decoder->chroma_sample_location);
+  video.pixelFormat = orEmpty(av_get_pix_fmt_name(decoder->pix_fmt));
+  video.range = orEmpty(av_color_range_name(decoder->color_range));
+  video.primaries = orEmpty(av_color_primaries_name(decoder->color_primaries));
+  video.transfer = orEmpty(av_color_transfer_name(decoder->color_trc));
+  video.matrix = orEmpty(av_color_space_name(decoder->colorspace));
+  video.chromaLocation = orEmpty(av_chroma_location_name(decoder->chroma_sample_location));
   return video;
 }
 
