@@ -60,7 +60,8 @@ TEST_F(MainWindowTest, IsCalledWavescribe) {
 TEST_F(MainWindowTest, HasTheMenusOfADesktopProgramAndThePaintings) {
   EXPECT_EQ(titlesOf(*window.menuBar()), QStringList({"File", "Edit", "Painting", "Help"}));
   EXPECT_EQ(titlesOf(*menu("File")), QStringList({"Quit"}));
-  EXPECT_EQ(titlesOf(*menu("Painting")), QStringList({"Save Image…", "-", "Clear…"}));
+  EXPECT_EQ(titlesOf(*menu("Painting")),
+            QStringList({"Save Image…", "Record Video…", "-", "Clear…"}));
   EXPECT_EQ(titlesOf(*menu("Help")), QStringList({"About Wavescribe"}));
 }
 

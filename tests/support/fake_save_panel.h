@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -19,6 +20,7 @@ class FakeSavePanel final : public platform::SavePanel {
 
   std::optional<std::filesystem::path> choose(const platform::SavePanelRequest& request) override {
     requests.push_back(request);
+    if (whileOpen) whileOpen();
     if (answers_.empty()) return std::nullopt;
     auto answer = std::move(answers_.front());
     answers_.pop_front();
@@ -26,6 +28,7 @@ class FakeSavePanel final : public platform::SavePanel {
   }
 
   std::vector<platform::SavePanelRequest> requests;  ///< What was asked, in order.
+  std::function<void()> whileOpen;                   ///< Runs while a panel is open.
 
  private:
   std::deque<std::optional<std::filesystem::path>> answers_;

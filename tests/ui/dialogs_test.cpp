@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <optional>
+
 #include "tests/support/fake_platform.h"
 #include "tests/support/widgets.h"
 #include "ui/clear_confirmation.h"
@@ -114,26 +116,14 @@ TEST_F(DialogsTest, TheSaveChoiceOffersItsAnswersInOrder) {
 }
 
 TEST_F(DialogsTest, TheDialogIsClosedBeforeTheSavePanelOpens) {
-  struct LookingPanel final : platform::SavePanel {
-    std::optional<std::filesystem::path> choose(const platform::SavePanelRequest&) override {
-      wasVisible = dialog->isVisible();
-      return std::nullopt;
-    }
-    const QWidget* dialog = nullptr;
-    std::optional<bool> wasVisible;
-  } panel;
-  platform::Services services{machine.clock, machine.mainQueue,      machine.timers,
-                              panel,         machine.pictureEncoder, machine.files};
-  model::AppModel other(services);
-  SaveChoice dialog(other, &window);
-  panel.dialog = &dialog;
-  other.setShowSaveChoice(true);
-  dialog.refresh();
+  std::optional<bool> wasVisible;
+  machine.savePanel.whileOpen = [&] { wasVisible = choice.isVisible(); };
+  askKind();
 
-  press(dialog, "With the background picture");
+  press(choice, "With the background picture");
 
-  EXPECT_EQ(panel.wasVisible, false);
-  EXPECT_FALSE(other.showSaveChoice());
+  EXPECT_EQ(wasVisible, false);
+  EXPECT_FALSE(model.showSaveChoice());
 }
 
 TEST_F(DialogsTest, BothKindsSaveTheirOwnPicture) {

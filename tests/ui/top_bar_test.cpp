@@ -127,7 +127,7 @@ TEST_F(TopBarTest, SaveImageAsksWhichKind) {
 }
 
 TEST_F(TopBarTest, EveryToolShowsASymbol) {
-  for (const char* tool : {"Undo", "Clear", "Save Image"}) {
+  for (const char* tool : {"Undo", "Clear", "Save Image", "Record Video"}) {
     EXPECT_FALSE(button(bar, tool)->icon().isNull()) << tool;
   }
 }
