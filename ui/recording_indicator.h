@@ -12,6 +12,8 @@ QString elapsedTime(std::int64_t seconds);
 
 /// A red dot, and how long the recording has run.
 class RecordingIndicator final : public QWidget {
+  Q_OBJECT
+
  public:
   explicit RecordingIndicator(QWidget* parent = nullptr);
 
