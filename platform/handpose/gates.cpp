@@ -6,7 +6,7 @@ namespace {
 constexpr double kPresenceToKeep = 0.5;
 // On the pictures of people whom the networks never saw in training, this keeps nearly all hands
 // and hardly a face; either network alone does worse.
-constexpr double kSurenessToStart = 0.25;
+constexpr double kSurenessToStart = 0.3;
 // A hand smaller than this gives no usable joints, pixels.
 constexpr double kLeastSize = 12;
 
