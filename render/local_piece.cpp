@@ -34,6 +34,20 @@ LocalPiece localPiece(const CurvePiece& p, double step) {
   result.coreHalf = local(p.coreHalf);
   result.bulge = p.isStraight ? 0 : 0.25f * std::hypot(result.bendX, result.bendY);
   result.isStraight = p.isStraight;
+  const auto unit = [](double x, double y, float& unitX, float& unitY) {
+    const double length = std::hypot(x, y);
+    unitX = length > 0 ? static_cast<float>(x / length) : 0;
+    unitY = length > 0 ? static_cast<float>(y / length) : 0;
+  };
+  const bool startsAtControl = p.x1 == p.x0 && p.y1 == p.y0;
+  const bool endsAtControl = p.x1 == p.x2 && p.y1 == p.y2;
+  unit(startsAtControl ? chordX : p.x1 - p.x0, startsAtControl ? chordY : p.y1 - p.y0,
+       result.startDirectionX, result.startDirectionY);
+  unit(endsAtControl ? chordX : p.x2 - p.x1, endsAtControl ? chordY : p.y2 - p.y1,
+       result.endDirectionX, result.endDirectionY);
+  // Cells wider than a pixel see borders farther away.
+  result.startExtra = local(p.startExtra) + 0.75f;
+  result.endExtra = local(p.endExtra) + 0.75f;
   return result;
 }
 
@@ -58,8 +72,24 @@ CellSpan cellsNear(const LocalPiece& p, int y, float reach, int first, int end) 
     return {};
   }
   const float x0 = p.startX + from * p.chordX, x1 = p.startX + to * p.chordX;
-  return {cellAt(std::min(x0, x1) - all, first, end),
-          cellAt(std::max(x0, x1) + all + 1, first, end)};
+  float left = std::min(x0, x1) - all, right = std::max(x0, x1) + all;
+  const float row = static_cast<float>(y);
+  const auto keepUpTo = [&](float directionX, float slack) {
+    // directionX * x <= slack.
+    if (directionX > 1e-3f) {
+      right = std::min(right, slack / directionX);
+    } else if (directionX < -1e-3f) {
+      left = std::max(left, slack / directionX);
+    } else if (slack < -1.0f - 1e-3f * (std::abs(left) + std::abs(right))) {
+      right = left - 2;
+    }
+  };
+  keepUpTo(p.endDirectionX, p.endExtra + p.endDirectionX * (p.startX + p.chordX) +
+                                p.endDirectionY * (p.startY + p.chordY - row));
+  keepUpTo(-p.startDirectionX, p.startExtra - p.startDirectionX * p.startX -
+                                   p.startDirectionY * (p.startY - row));
+  if (right < left) return {};
+  return {cellAt(left, first, end), cellAt(right + 1, first, end)};
 }
 
 }  // namespace render

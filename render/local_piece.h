@@ -17,6 +17,10 @@ struct LocalPiece {
   float bodyHalf, coreHalf;
   float bulge;  // How far the curve leaves its chord at most.
   bool isStraight;
+  // The piece counts where -startExtra <= (q - start) . startDirection and
+  // (q - end) . endDirection <= endExtra.
+  float startDirectionX, startDirectionY, startExtra;
+  float endDirectionX, endDirectionY, endExtra;
 };
 
 /// Cells of a row, from `first` up to but not including `end`.
