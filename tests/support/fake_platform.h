@@ -37,12 +37,14 @@ struct FakePlatform {
   FakeSettingsPage settingsPage;
   FakeActivation activation;
 
-  platform::Services services() {
+  platform::Services services() { return services(savePanel); }
+  /// With another save panel, which outlives what it is given to.
+  platform::Services services(platform::SavePanel& panel) {
     return {
         .clock = clock,
         .mainQueue = mainQueue,
         .timers = timers,
-        .savePanel = savePanel,
+        .savePanel = panel,
         .pictureEncoder = pictureEncoder,
         .files = files,
         .videoWriters = videoWriters,
