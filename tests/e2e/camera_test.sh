@@ -86,13 +86,16 @@ shows_bars() {
 
 # The desk behind a canvas of 4:3 is not the camera's picture.
 shows_narrow_bars() {
-  shows_bars 200 820 && ! shows $((left + 40)) $((top + 300)) 0 0 165
+  works_again 200 820 && ! shows $((left + 40)) $((top + 300)) 0 0 165
 }
 
-no_camera_shown() {
+# The banner's grey, where the canvas has a coloured bar otherwise.
+banner_is_shown() {
   screenshot "$out/look.png"
-  ! shows $((left + 980)) $((top + 300)) 165 165 165
+  shows $((left + 500)) $((top + 102)) 239 239 239
 }
+
+works_again() { shows_bars "$1" "$2" && ! banner_is_shown; }
 
 start_services
 plug_in 1280 720
@@ -103,13 +106,13 @@ wait_until "the camera's picture" shows_bars 40 980
 cp "$out/look.png" "$out/wide.png"
 
 unplug
-wait_until "the picture to go" no_camera_shown
+wait_until "the camera's end to be told" banner_is_shown
 cp "$out/look.png" "$out/unplugged.png"
 plug_in 1280 720
-wait_until "the camera's picture again" shows_bars 40 980
+wait_until "the camera's picture again" works_again 40 980
 
 unplug
-wait_until "the picture to go" no_camera_shown
+wait_until "the camera's end to be told" banner_is_shown
 plug_in 640 480
 wait_until "the picture of 4:3" shows_narrow_bars
 cp "$out/look.png" "$out/narrow.png"
