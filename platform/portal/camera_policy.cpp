@@ -9,6 +9,16 @@
 #include "platform/portal/desktop_bus.h"
 
 namespace platform::portal {
+namespace {
+
+// Settings listen for changes over the process's shared connection, and by default that ends the
+// process when the bus ends. Kept, so that nobody gets another one.
+void surviveTheEndOfTheBus() {
+  static const Handle<GDBusConnection> shared(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
+  if (shared) g_dbus_connection_set_exit_on_close(shared.get(), FALSE);
+}
+
+}  // namespace
 
 bool isCameraDisabledByDesktop() {
   // Asking for settings of a schema that is not installed would end the process.
@@ -17,6 +27,7 @@ bool isCameraDisabledByDesktop() {
   const Handle<GSettingsSchema> schema(
       g_settings_schema_source_lookup(source, "org.gnome.desktop.privacy", TRUE));
   if (!schema || !g_settings_schema_has_key(schema.get(), "disable-camera")) return false;
+  surviveTheEndOfTheBus();
   const Handle<GSettings> settings(g_settings_new_full(schema.get(), nullptr, nullptr));
   return g_settings_get_boolean(settings.get(), "disable-camera");
 }

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <fstream>
 #include <initializer_list>
 #include <sstream>
 #include <thread>
@@ -44,6 +45,13 @@ std::vector<std::string> cameraCommand(const std::string& caps, const std::strin
   return command;
 }
 
+void writeBusConfiguration(const fs::path& file, const std::string& address) {
+  std::ofstream(file) << "<busconfig><type>session</type><listen>" << address
+                      << "</listen><policy context=\"default\">"
+                         "<allow send_destination=\"*\" eavesdrop=\"true\"/>"
+                         "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>";
+}
+
 }  // namespace
 
 std::optional<std::string> DesktopSession::missing() {
@@ -53,7 +61,7 @@ std::optional<std::string> DesktopSession::missing() {
   return std::nullopt;
 }
 
-DesktopSession::DesktopSession() {
+DesktopSession::DesktopSession(BusActivation activation) {
   std::string name = (fs::temp_directory_path() / "wavescribe-test-XXXXXX").string();
   folder_ = mkdtemp(name.data());
   for (const char* variable : {"XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_DATA_HOME",
@@ -66,8 +74,13 @@ DesktopSession::DesktopSession() {
   }
   const std::string address = "unix:path=" + (folder_ / "bus").string();
   setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
-  const std::vector<std::string> command{"dbus-daemon", "--session", "--nofork", "--nopidfile",
-                                         "--address=" + address};
+  std::vector<std::string> command{"dbus-daemon", "--nofork", "--nopidfile"};
+  if (activation == BusActivation::on) {
+    command.insert(command.end(), {"--session", "--address=" + address});
+  } else {
+    writeBusConfiguration(folder_ / "bus.conf", address);
+    command.push_back("--config-file=" + (folder_ / "bus.conf").string());
+  }
   bus_ = std::make_unique<ChildProcess>(command, (folder_ / "bus.log").string());
   waitForFile(folder_ / "bus");
 }

@@ -9,6 +9,9 @@
 
 namespace support {
 
+/// Whether the bus starts services that somebody calls.
+enum class BusActivation { on, off };
+
 /// A desktop of the test's own: a private run-time folder and a D-Bus session, named in this
 /// process's environment, and PipeWire when asked for. Make it before anything looks at those.
 class DesktopSession {
@@ -16,7 +19,7 @@ class DesktopSession {
   /// Why this machine cannot do that; none when it can.
   static std::optional<std::string> missing();
 
-  DesktopSession();
+  explicit DesktopSession(BusActivation activation = BusActivation::on);
   ~DesktopSession();
 
   /// PipeWire and its session manager; returns once they answer.
