@@ -3,7 +3,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
-#include <regex>
 
 namespace platform::portal {
 namespace {
@@ -26,10 +25,19 @@ std::string unescaped(const std::string& text) {
 
 // Names of the form app[-launcher]-id-random.scope, by the desktop's convention for scopes.
 std::string applicationId(std::string_view cgroup) {
-  static const std::regex kScope(R"(/app-(?:[[:alnum:]]+-)?([^/\n]+?)-[[:alnum:]]*\.scope)");
-  std::match_results<std::string_view::const_iterator> found;
-  if (!std::regex_search(cgroup.begin(), cgroup.end(), found, kScope)) return {};
-  return unescaped(found[1].str());
+  constexpr std::string_view kStart = "/app-";
+  constexpr std::string_view kEnd = ".scope";
+  const auto start = cgroup.rfind(kStart);
+  if (start == std::string_view::npos) return {};
+  std::string_view name = cgroup.substr(start + kStart.size());
+  name = name.substr(0, name.find_first_of("/\n"));
+  if (!name.ends_with(kEnd)) return {};
+  name.remove_suffix(kEnd.size());
+  name = name.substr(0, name.rfind('-'));
+  if (const auto launcher = name.find('-'); launcher != std::string_view::npos) {
+    name.remove_prefix(launcher + 1);
+  }
+  return unescaped(std::string(name));
 }
 
 std::string applicationId() {
