@@ -75,6 +75,7 @@ Result<std::unique_ptr<FrameSource>> openFolder(const std::filesystem::path& fol
   if (numbered.empty()) return Error{folder.string() + " holds no numbered pictures."};
   std::ranges::sort(numbered);
   std::vector<std::filesystem::path> pictures;
+  pictures.reserve(numbered.size());
   for (auto& [number, path] : numbered) pictures.push_back(std::move(path));
   return std::unique_ptr<FrameSource>(std::make_unique<PictureFolder>(std::move(pictures)));
 }

@@ -30,23 +30,26 @@ constexpr float kKnuckleInwards = 0.10f;
 /// The joints of the detector among the 21 labels, by platform::HandJoint.
 constexpr std::array<std::size_t, 7> kLabels{0, 4, 8, 9, 12, 16, 20};
 
-/// The pinched hand, thumb and index finger stretched away from each other.
-HandPose openedFrom(HandPose pose) {
-  pose.thumbFlex = radians(-18);
-  pose.flex[0][1] = radians(5);
-  pose.flex[0][2] = radians(5);
-  pose.flex[1][0] = radians(8);
-  pose.flex[1][1] = radians(14);
-  pose.flex[1][2] = radians(6);
-  return pose;
+/// The pinched hand, thumb and index finger on the way to being stretched.
+HandPose openedFrom(const HandPose& pinched) {
+  HandPose stretched = pinched;
+  stretched.thumbFlex = radians(-18);
+  stretched.flex[0][1] = radians(5);
+  stretched.flex[0][2] = radians(5);
+  stretched.flex[1][0] = radians(8);
+  stretched.flex[1][1] = radians(14);
+  stretched.flex[1][2] = radians(6);
+  return between(pinched, stretched, 0.5f);
 }
 
-HandPose pinchedWithCurledFingers(const HandRig& rig, Random& random) {
+/// Thumb and index finger touch, the others are at ease.
+HandPose pinchedFrom(const HandRig& rig, Random& random) {
   HandPose pose = randomHandPose(rig, Gesture::pinch, random);
   for (int f = 2; f < kFingers; ++f) {
-    pose.flex[f][0] = radians(40 + 12.0f * static_cast<float>(f - 2));
-    pose.flex[f][1] = radians(72);
-    pose.flex[f][2] = radians(40);
+    pose.flex[f][0] = radians(18 + 8.0f * static_cast<float>(f - 2));
+    pose.flex[f][1] = radians(34);
+    pose.flex[f][2] = radians(20);
+    pose.spread[f] = 0;
   }
   return pose;
 }
@@ -82,7 +85,7 @@ Actor::Actor(const std::string& humanFolder, std::uint64_t seed)
       body_(human_.randomBody(random_)),
       rig_(body_, human_),
       look_(random_),
-      pinched_(pinchedWithCurledFingers(rig_, random_)),
+      pinched_(pinchedFrom(rig_, random_)),
       opened_(openedFrom(pinched_)),
       spread_(randomHandPose(rig_, Gesture::openSpread, random_)) {
   pose_.head = about(body_.neck, rotation({1, 0, 0}, radians(4)));
@@ -104,7 +107,7 @@ Shot Actor::film(const Moment& moment, int width, int height) {
                 shot.picture.view().row(y));
   }
   for (const std::size_t side : {std::size_t{kRight}, std::size_t{kLeft}}) {
-    if (record.hands[side].valid >= 1) {
+    if (record.hands[side].valid > 0) {
       shot.hands.push_back(observed(record.hands[side], side, width, height));
     }
   }
@@ -144,7 +147,7 @@ void Actor::write(const WritingHand& right, const Camera& camera) {
   Vec3 wrist = pen - Vec3{0, 1.1f * rig_.size, 0};
   for (int i = 0; i < 6; ++i) {
     reachFor(rig_, wrist, arm);
-    turnHand(rig_, normalized({-0.35f, -0.1f, 1}), normalized({-0.15f, 1, 0.15f}), arm);
+    turnHand(rig_, normalized({-0.55f, -0.05f, 1}), normalized({-0.1f, 1, 0.1f}), arm);
     ArmTransforms t;
     rig_.pose(arm, t);
     const auto joint = [&](std::size_t label) {
