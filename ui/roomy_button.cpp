@@ -10,10 +10,15 @@ constexpr QSize kAir(12, 4);
 RoomyButton::RoomyButton(const QString& text, QWidget* parent) : QPushButton(text, parent) {
   setFocusPolicy(Qt::TabFocus);
   setAutoDefault(false);
+  setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
 }
 
 QSize RoomyButton::sizeHint() const {
   return QPushButton::sizeHint() + kAir;
+}
+
+QSize RoomyButton::minimumSizeHint() const {
+  return QPushButton::sizeHint() + QSize(0, kAir.height());
 }
 
 }  // namespace ui
