@@ -2,14 +2,23 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
+#include "capture/busy_flag.h"
+#include "capture/camera_source.h"
+#include "capture/frame_hub.h"
 #include "hand/color_hand.h"
+#include "hand/hand_output.h"
+#include "hand/hand_tracker.h"
 #include "model/app_model_observer.h"
 #include "model/camera_state.h"
 #include "model/observer_list.h"
 #include "model/published.h"
+#include "platform/camera_permission.h"
+#include "platform/serial_queue.h"
 #include "platform/services.h"
 #include "recording/recorder.h"
 #include "render/render_scene.h"
@@ -50,8 +59,11 @@ class AppModel {
   double fadeSeconds() const { return fadeSeconds_.get(); }
   void setFadeSeconds(double seconds) { fadeSeconds_.set(seconds); }
   hand::ColorHand colorHand() const { return colorHand_.get(); }
-  void setColorHand(hand::ColorHand hand) { colorHand_.set(hand); }
+  /// Counts from the next frame that is analysed.
+  void setColorHand(hand::ColorHand hand);
   const std::string& handStatus() const { return handStatus_.get(); }
+  /// What the latest frame that was analysed said. Not published.
+  const hand::HandOutput& handOutput() const { return handOutput_; }
   int strokeCount() const { return strokeCount_.get(); }
   bool isRecording() const { return isRecording_.get(); }
   /// Whole seconds since the running recording started; the last one's when none runs.
@@ -74,8 +86,9 @@ class AppModel {
   void mouseDragged(double x, double y);
   void mouseUp();
 
-  /// To be called about 30 times a second, before each redraw: keeps the open stroke fresh, removes
-  /// the strokes that have faded out and counts the seconds of a recording.
+  /// To be called about 30 times a second, before each redraw: lets go of a hand that the analysis
+  /// no longer speaks of, keeps the open stroke fresh, removes the strokes that have faded out and
+  /// counts the seconds of a recording.
   void tick();
 
   /// A snapshot of the canvas at this moment over `background`, whatever the person has chosen.
@@ -88,8 +101,15 @@ class AppModel {
   /// Takes every stroke away; the person has confirmed it.
   void clear();
 
-  /// Goes on without a camera.
+  /// Looks up whether the camera may be used and acts on the answer: starts the camera, or shows in
+  /// cameraState() what stands in the way. Until the answer comes the state stays as it is.
+  void refreshPermission();
+  /// Asks the person for the camera, and starts it if they agree.
+  void requestCamera();
+  /// Goes on without a camera: a camera background becomes black.
   void useMouseOnly();
+  /// Shows the page of the desktop's settings where the camera can be allowed.
+  void openCameraSettings();
 
   /// Asks for a place and saves the painting as a PNG 1920 pixels wide: over the current background
   /// with `withCamera`, else alone on a transparent ground. A failure is reported through
@@ -104,6 +124,25 @@ class AppModel {
   bool isFinishingRecording() const { return recorder_.isFinishing(); }
 
  private:
+  void act(platform::CameraAuthorization authorization);
+  void startCamera();
+  void cameraFailed(const std::string& message, const std::string& details);
+  void cameraReturned();
+  void processFrame(const pixels::PixelBuffer& frame, double time);
+
+  // The pen of the hand. The mouse always wins.
+  void apply(const hand::HandOutput& output);
+  void handleSpread(bool spread);
+  void forgetSpread();
+  void moveHandPen(const hand::PenSample& pen);
+  void endHandStroke();
+  void timeOutHand(double now);
+
+  /// `work` as something that may run when the model has gone, and then does nothing. The result
+  /// runs on the main thread; may be called on any.
+  std::function<void()> whileAlive(std::function<void()> work) const;
+  void postToMain(std::function<void()> work) const;
+
   void publishStrokeCount();
   void startRecording(const std::filesystem::path& path);
   void drawVideoFrame(const pixels::DrawingContext& context, pixels::Size size) const;
@@ -138,8 +177,26 @@ class AppModel {
 
   strokes::StrokeStore store_;
   std::optional<render::CursorState> mouseCursor_;  // Present while mouseDrawing_.
-  bool mouseDrawing_ = false;
-  double recordStart_ = 0;        // Seconds on the clock; of the newest recording.
+  bool mouseDrawing_ = false;                       // The hand then neither draws nor ends strokes.
+  std::optional<render::CursorState> handCursor_;   // Present while a hand is seen.
+  hand::HandOutput handOutput_;                     // Of the latest analysis.
+  double lastHandTime_ = 0;                         // When that was applied.
+  std::optional<double> spreadStart_;               // When the hand that is held open was opened.
+  bool spreadLatched_ = false;                      // It has changed the colour already.
+  bool reportedVisionError_ = false;                // Once in the life of the program.
+  double recordStart_ = 0;  // Seconds on the clock; of the newest recording.
+
+  int permissionQuestion_ = 0;  // Grows when an answer that is still due no longer counts.
+  std::shared_ptr<const char> life_ = std::make_shared<const char>();
+
+  // The road of a frame. The last to come are the first to end: each waits for what it runs, which
+  // uses those before it.
+  capture::FrameHub hub_;
+  capture::BusyFlag visionBusy_;
+  hand::HandTracker tracker_;
+  std::unique_ptr<platform::SerialQueue> visionQueue_;
+  capture::CameraSource camera_;
+
   recording::Recorder recorder_;  // Last: it draws the rest.
 };
 

@@ -30,6 +30,7 @@ void AppModel::mouseUp() {
 
 void AppModel::tick() {
   const double now = services_.clock.now();
+  timeOutHand(now);
   store_.touch(now);
   if (fadeEnabled() && store_.pruneFaded(now, fadeSeconds())) publishStrokeCount();
   if (isRecording()) recordSeconds_.setIfChanged(wholeNumber(now - recordStart_));
@@ -39,14 +40,14 @@ render::RenderScene AppModel::makeScene(render::CanvasBackground background,
                                         bool includeCursor) const {
   return {
       .background = background,
-      .frame = std::nullopt,
+      .frame = hub_.image(),
       .dim = dim(),
       .strokes = store_.strokes(),
       .now = services_.clock.now(),
       .glow = glow(),
       .fadeEnabled = fadeEnabled(),
       .fadeSeconds = fadeSeconds(),
-      .cursor = includeCursor ? mouseCursor_ : std::nullopt,
+      .cursor = includeCursor ? (mouseCursor_ ? mouseCursor_ : handCursor_) : std::nullopt,
   };
 }
 

@@ -11,6 +11,12 @@ class FileStore;
 class VideoWriterFactory;
 class Calendar;
 class StandardFolders;
+class HandPoseRequest;
+class SerialQueueFactory;
+class CaptureService;
+class CameraPermission;
+class SettingsPage;
+class Activation;
 
 /// What the program asks of the machine it runs on. All of it outlives whoever is given this.
 struct Services {
@@ -23,6 +29,12 @@ struct Services {
   VideoWriterFactory& videoWriters;
   Calendar& calendar;
   StandardFolders& folders;
+  HandPoseRequest& handPoseRequest;
+  SerialQueueFactory& queues;
+  CaptureService& captureService;
+  CameraPermission& cameraPermission;
+  SettingsPage& settingsPage;
+  Activation& activation;
 };
 
 }  // namespace platform

@@ -13,12 +13,11 @@
 #include "render/fading.h"
 #include "render/stroke_colors.h"
 #include "render/stroke_shape.h"
+#include "render/tile_brush.h"
 
 namespace render::CanvasRenderer {
 
 namespace {
-
-constexpr int kTile = PaintTile::kSide;
 
 struct ShownStroke {
   StrokeShape shape;
@@ -26,53 +25,37 @@ struct ShownStroke {
   double alpha = 1;
 };
 
-std::vector<std::unique_ptr<ShownStroke>> shownStrokes(const RenderScene& scene,
-                                                       const CanvasMapping& mapping,
-                                                       const PixelRect& area) {
-  std::vector<std::unique_ptr<ShownStroke>> shown;
+std::vector<ShownStroke> shownStrokes(const RenderScene& scene, const CanvasMapping& mapping,
+                                      const PixelRect& area) {
+  std::vector<ShownStroke> shown;
   for (const strokes::Stroke& stroke : scene.strokes) {
     const double alpha = fadeAlpha(scene, stroke);
     if (!(alpha > 0)) continue;
-    auto next = std::make_unique<ShownStroke>();
-    next->shape.build(stroke.points, mapping, scene.glow, area);
-    next->colors = strokeColors(stroke.colorIndex);
-    next->alpha = alpha;
-    if (!next->shape.bounds().isEmpty()) shown.push_back(std::move(next));
+    ShownStroke next{{}, strokeColors(stroke.colorIndex), alpha};
+    next.shape.build(stroke.points, mapping, scene.glow, area);
+    if (!next.shape.tiles().isEmpty()) shown.push_back(std::move(next));
   }
   return shown;
 }
 
-void layStroke(const ShownStroke& stroke, PaintTile& tile) {
-  TileRowShares shares;
-  for (int y = 0; y < kTile; ++y) {
-    stroke.shape.rowOfTile(y, shares);
-    if (stroke.alpha < 1)
-      fadeRow(static_cast<std::int16_t>(std::min(stroke.alpha * 32768, 32767.0)), shares);
-    layOver(stroke.colors, shares, y, tile);
-  }
-}
-
-void layTile(const PaintTile& tile, int left, int top, const pixels::SurfaceView& pixels) {
-  const int count = std::min(kTile, pixels.width - left);
-  const int rows = std::min(kTile, pixels.height - top);
-  for (int y = 0; y < rows; ++y) layRowOverPixels(tile, y, count, pixels.row(top + y) + 4 * left);
-}
-
 void drawStrokes(const RenderScene& scene, const CanvasMapping& mapping,
                  const pixels::SurfaceView& pixels) {
-  const auto shown = shownStrokes(scene, mapping, {0, 0, pixels.width, pixels.height});
+  const PixelRect area{0, 0, pixels.width, pixels.height};
+  const std::vector<ShownStroke> shown = shownStrokes(scene, mapping, area);
   if (shown.empty()) return;
+  const PixelRect tiles = tilesAround(area);
   const auto tile = std::make_unique<PaintTile>();
-  for (int top = 0; top < pixels.height; top += kTile) {
-    for (int left = 0; left < pixels.width; left += kTile) {
+  const auto brush = std::make_unique<TileBrush>();
+  for (int y = tiles.top; y < tiles.bottom; ++y) {
+    for (int x = tiles.left; x < tiles.right; ++x) {
       bool isPainted = false;
-      for (const auto& stroke : shown) {
-        if (!stroke->shape.openTile(left / kTile, top / kTile)) continue;
+      for (const ShownStroke& stroke : shown) {
+        if (!stroke.shape.isReached(x, y)) continue;
         if (!isPainted) std::memset(tile.get(), 0, sizeof(PaintTile));
         isPainted = true;
-        layStroke(*stroke, *tile);
+        brush->lay(stroke.shape, stroke.colors, stroke.alpha, x, y, *tile);
       }
-      if (isPainted) layTile(*tile, left, top, pixels);
+      if (isPainted) layTileOverPixels(*tile, x, y, pixels);
     }
   }
 }
@@ -84,7 +67,7 @@ void render(const RenderScene& scene, const pixels::DrawingContext& context, pix
   if (context.pixels.width < 1 || context.pixels.height < 1) return;
   if (!(size.width > 0) || !(size.height > 0)) return;
   const CanvasMapping mapping = CanvasMapping::of(size, context.deviceScale);
-  drawBackground(scene, mapping, context.pixels);
+  Background(scene, mapping, context.pixels).draw();
   drawStrokes(scene, mapping, context.pixels);
   if (scene.cursor) drawCursor(*scene.cursor, mapping, context.pixels);
 }

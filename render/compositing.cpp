@@ -1,5 +1,6 @@
 #include "render/compositing.h"
 
+#include <algorithm>
 #include <cstring>
 
 #undef HWY_TARGET_INCLUDE
@@ -107,15 +108,23 @@ void layOver(const StrokeColors& colors, const TileRowShares& shares, int y, Pai
   HWY_DYNAMIC_DISPATCH(layStroke)(colors, shares, y, tile);
 }
 
-void layRowOverPixels(const PaintTile& tile, int y, int count, std::uint8_t* pixels) {
-  if (count == PaintTile::kSide) {
-    HWY_DYNAMIC_DISPATCH(layTileRow)(tile, y, pixels);
-    return;
+void layTileOverPixels(const PaintTile& tile, int tileX, int tileY,
+                       const pixels::SurfaceView& pixels) {
+  const int left = tileX * PaintTile::kSide, top = tileY * PaintTile::kSide;
+  const int rows = std::min(PaintTile::kSide, pixels.height - top);
+  const int count = std::min(PaintTile::kSide, pixels.width - left);
+  const auto layRow = HWY_DYNAMIC_DISPATCH(layTileRow);
+  for (int y = 0; y < rows; ++y) {
+    std::uint8_t* row = pixels.row(top + y) + 4 * left;
+    if (count == PaintTile::kSide) {
+      layRow(tile, y, row);
+      continue;
+    }
+    std::uint8_t whole[4 * PaintTile::kSide] = {};
+    std::memcpy(whole, row, 4 * static_cast<std::size_t>(count));
+    layRow(tile, y, whole);
+    std::memcpy(row, whole, 4 * static_cast<std::size_t>(count));
   }
-  alignas(64) std::uint8_t row[4 * PaintTile::kSide] = {};
-  std::memcpy(row, pixels, 4 * static_cast<std::size_t>(count));
-  HWY_DYNAMIC_DISPATCH(layTileRow)(tile, y, row);
-  std::memcpy(pixels, row, 4 * static_cast<std::size_t>(count));
 }
 
 }  // namespace render

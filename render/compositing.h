@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "pixels/surface.h"
 #include "render/paint_tile.h"
 
 namespace render {
@@ -16,7 +17,8 @@ void fadeRow(std::int16_t alpha, TileRowShares& shares);
 /// Lays one row of a stroke over row `y` of the tile.
 void layOver(const StrokeColors& colors, const TileRowShares& shares, int y, PaintTile& tile);
 
-/// Lays row `y` of the tile over `count` pixels of 8-bit premultiplied BGRA, count in [1, 64].
-void layRowOverPixels(const PaintTile& tile, int y, int count, std::uint8_t* pixels);
+/// Lays the tile over its place among the pixels, where they have it.
+void layTileOverPixels(const PaintTile& tile, int tileX, int tileY,
+                       const pixels::SurfaceView& pixels);
 
 }  // namespace render

@@ -42,23 +42,27 @@ std::uint8_t byteOf(double value) {
 
 }  // namespace
 
-void drawCursor(const CursorState& cursor, const CanvasMapping& mapping,
-                const pixels::SurfaceView& pixels) {
+PixelRect cursorBounds(const CursorState& cursor, const CanvasMapping& mapping, int width,
+                       int height) {
   const double centreX = cursor.x * mapping.width, centreY = cursor.y * mapping.height;
-  const double radius = radiusPx(cursor, mapping);
-  if (!std::isfinite(centreX) || !std::isfinite(centreY) || !std::isfinite(radius)) return;
-  const double dark = kDarkRing * mapping.deviceScale, light = kLightRing * mapping.deviceScale;
-  const double outer = radius + dark / 2 + 1;
+  const double outer = radiusPx(cursor, mapping) + kDarkRing * mapping.deviceScale / 2 + 1;
+  if (!std::isfinite(centreX) || !std::isfinite(centreY) || !std::isfinite(outer)) return {};
   const auto within = [](double v, int end) {
     return static_cast<int>(std::clamp(v, 0.0, static_cast<double>(end)));
   };
-  const int left = within(centreX - outer, pixels.width);
-  const int right = within(centreX + outer + 1, pixels.width);
-  const int top = within(centreY - outer, pixels.height);
-  const int bottom = within(centreY + outer + 1, pixels.height);
+  return {within(centreX - outer, width), within(centreY - outer, height),
+          within(centreX + outer + 1, width), within(centreY + outer + 1, height)};
+}
+
+void drawCursor(const CursorState& cursor, const CanvasMapping& mapping,
+                const pixels::SurfaceView& pixels) {
+  const PixelRect bounds = cursorBounds(cursor, mapping, pixels.width, pixels.height);
+  const double centreX = cursor.x * mapping.width, centreY = cursor.y * mapping.height;
+  const double radius = radiusPx(cursor, mapping);
+  const double dark = kDarkRing * mapping.deviceScale, light = kLightRing * mapping.deviceScale;
   const strokes::PaletteColor& color = strokes::Palette::colorAt(cursor.colorIndex);
-  for (int y = top; y < bottom; ++y) {
-    for (int x = left; x < right; ++x) {
+  for (int y = bounds.top; y < bounds.bottom; ++y) {
+    for (int x = bounds.left; x < bounds.right; ++x) {
       const double distance = std::hypot(x + 0.5 - centreX, y + 0.5 - centreY);
       const double disc = cursor.down ? std::clamp(radius - distance + 0.5, 0.0, 1.0) : 0;
       const double darkShare = kDarkAlpha * ringShare(distance, radius, dark);

@@ -18,6 +18,10 @@ constexpr double kFlatPx = 0.004;
 constexpr double kSineOfLargestTurn = 0.5;
 constexpr double kMostUneven = 2;
 constexpr int kDeepestSplit = 40;
+// Depths are looked at this far outside the border.
+constexpr double kSeenPx = 2;
+// Pieces overlap this much where they join.
+constexpr double kJointPx = 1;
 
 struct Corner {
   double x = 0;
@@ -73,7 +77,8 @@ class Splitter {
 
  private:
   bool isOutside(const CurvePiece& p) const {
-    const double margin = p.bodyHalf + reach_ + 1;
+    // More than is needed, so that no piece near the area loses a neighbour.
+    const double margin = p.bodyHalf + reach_ * 1.25 + 3;
     const auto [left, right] = std::minmax({p.x0, p.x1, p.x2});
     const auto [top, bottom] = std::minmax({p.y0, p.y1, p.y2});
     return right + margin < area_.left || left - margin > area_.right ||
@@ -88,6 +93,45 @@ class Splitter {
 bool isFinite(const CurvePiece& p) {
   return std::isfinite(p.x0) && std::isfinite(p.y0) && std::isfinite(p.x1) && std::isfinite(p.y1) &&
          std::isfinite(p.x2) && std::isfinite(p.y2);
+}
+
+/// The direction of the curve at its start or end; no length where it has none.
+Corner direction(double fromX, double fromY, double toX, double toY, const CurvePiece& p) {
+  Corner d{toX - fromX, toY - fromY};
+  double length = std::hypot(d.x, d.y);
+  if (length < 1e-6) {
+    d = {p.x2 - p.x0, p.y2 - p.y0};
+    length = std::hypot(d.x, d.y);
+  }
+  return length < 1e-6 ? Corner{} : Corner{d.x / length, d.y / length};
+}
+
+/// True when no pixel inside of the bend comes near the centre of curvature.
+bool isGentle(const CurvePiece& p) {
+  if (p.isStraight) return true;
+  const double ax = p.x1 - p.x0, ay = p.y1 - p.y0, bx = p.x2 - p.x1, by = p.y2 - p.y1;
+  const double shorter = std::min(std::hypot(ax, ay), std::hypot(bx, by));
+  const double turn = std::abs(ax * by - ay * bx) / (std::hypot(ax, ay) * std::hypot(bx, by));
+  return turn * (p.bodyHalf + kSeenPx) < shorter;
+}
+
+/// How far the round end of a piece shows beyond a joint with a narrower one: until the circle
+/// around the joint sinks below the narrower one's border.
+double showingEnd(const CurvePiece& piece, const CurvePiece& neighbour) {
+  const double excess = std::max(piece.bodyHalf - neighbour.bodyHalf, 0.0);
+  return kJointPx + std::sqrt(2 * (piece.bodyHalf + kSeenPx) * excess + excess * excess);
+}
+
+void trimJoint(CurvePiece& before, CurvePiece& after) {
+  if (before.x2 != after.x0 || before.y2 != after.y0) return;
+  if (!isGentle(before) || !isGentle(after)) return;
+  const Corner in = direction(before.x1, before.y1, before.x2, before.y2, before);
+  const Corner out = direction(after.x0, after.y0, after.x1, after.y1, after);
+  const double sine = std::abs(in.x * out.y - in.y * out.x);
+  const double widest = std::max(before.bodyHalf, after.bodyHalf) + kSeenPx;
+  if (in.x * out.x + in.y * out.y < 0.5 || sine * widest > kJointPx / 4) return;
+  before.endExtra = showingEnd(before, after);
+  after.startExtra = showingEnd(after, before);
 }
 
 double near(double coordinate) {
@@ -106,6 +150,7 @@ PixelRect CurvePiece::box(double margin) const {
 
 void appendCurvePieces(const strokes::StrokePoints& points, const CanvasMapping& mapping,
                        const PixelRect& area, double reach, std::vector<CurvePiece>& pieces) {
+  const std::size_t first = pieces.size();
   Splitter splitter(area, reach, pieces);
   for (const strokes::StrokeSegment& s : strokes::StrokeModel::segments(points)) {
     CurvePiece piece{s.start.x * mapping.width,   s.start.y * mapping.height,
@@ -119,6 +164,7 @@ void appendCurvePieces(const strokes::StrokePoints& points, const CanvasMapping&
     piece.coreHalf = std::min(piece.coreHalf, kWidestPx);
     splitter.split(piece, 0);
   }
+  for (std::size_t i = first; i + 1 < pieces.size(); ++i) trimJoint(pieces[i], pieces[i + 1]);
 }
 
 }  // namespace render

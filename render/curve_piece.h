@@ -19,6 +19,12 @@ struct CurvePiece {
   double coreHalf = 0;    ///< Half the width of the light core, device pixels.
   bool isStraight = false;
 
+  /// How far beyond the start and the end, along the curve's direction there, the round end can
+  /// show, pixels: the neighbouring pieces paint over the rest of it.
+  double startExtra = kWholeEnd;
+  double endExtra = kWholeEnd;
+  static constexpr double kWholeEnd = 1e9;
+
   /// The pixels that its paint, grown by `margin` pixels to every side, can touch.
   PixelRect box(double margin) const;
 };

@@ -15,7 +15,7 @@ HWY_BEFORE_NAMESPACE();
 namespace render::HWY_NAMESPACE {
 
 template <bool kBent, bool kCore>
-void spreadRow(const LocalPiece& p, float y, CellSpan span, float* body, float* core) {
+void spreadRow(const LocalPiece& p, float y, int left, CellSpan span, float* body, float* core) {
   const F f;
   const int lanes = static_cast<int>(hn::Lanes(f));
   const Floats qy = hn::Set(f, y - p.startY);
@@ -25,7 +25,7 @@ void spreadRow(const LocalPiece& p, float y, CellSpan span, float* body, float* 
     Floats least = before;
     if constexpr (kCore) least = hn::Min(least, hn::Load(f, core + x));
     if (hn::AllTrue(f, hn::Ge(least, deepEnough))) continue;
-    const Floats qx = hn::Sub(hn::Iota(f, static_cast<float>(x)), hn::Set(f, p.startX));
+    const Floats qx = hn::Sub(hn::Iota(f, static_cast<float>(left + x)), hn::Set(f, p.startX));
     const Floats distance = distanceTo<kBent>(p, qx, qy);
     hn::Store(hn::Max(before, hn::Sub(hn::Set(f, p.bodyHalf), distance)), f, body + x);
     if constexpr (kCore) {
@@ -35,14 +35,15 @@ void spreadRow(const LocalPiece& p, float y, CellSpan span, float* body, float* 
   }
 }
 
-void spreadBodyRow(const LocalPiece& p, float y, CellSpan span, float* body) {
-  p.isStraight ? spreadRow<false, false>(p, y, span, body, nullptr)
-               : spreadRow<true, false>(p, y, span, body, nullptr);
+void spreadBodyRow(const LocalPiece& p, float y, int left, CellSpan span, float* body) {
+  p.isStraight ? spreadRow<false, false>(p, y, left, span, body, nullptr)
+               : spreadRow<true, false>(p, y, left, span, body, nullptr);
 }
 
-void spreadBothRows(const LocalPiece& p, float y, CellSpan span, float* body, float* core) {
-  p.isStraight ? spreadRow<false, true>(p, y, span, body, core)
-               : spreadRow<true, true>(p, y, span, body, core);
+void spreadBothRows(const LocalPiece& p, float y, int left, CellSpan span, float* body,
+                    float* core) {
+  p.isStraight ? spreadRow<false, true>(p, y, left, span, body, core)
+               : spreadRow<true, true>(p, y, left, span, body, core);
 }
 
 }  // namespace render::HWY_NAMESPACE
@@ -61,7 +62,7 @@ constexpr float kOutside = -1e9f;
 
 }  // namespace
 
-void DistanceField::reset(double left, double top, double step, bool withCore) {
+void DistanceField::reset(int left, int top, double step, bool withCore) {
   left_ = left;
   top_ = top;
   step_ = step;
@@ -94,20 +95,21 @@ void DistanceField::openRows(int first, int end) {
 }
 
 void DistanceField::spread(const CurvePiece& piece) {
-  const LocalPiece p = localPiece(piece, left_, top_, step_);
+  const LocalPiece p = localPiece(piece, step_);
   const float reach = p.bodyHalf + kDepthKept;
-  const CellSpan rows = rowsNear(p, reach, rows_);
+  const CellSpan rows = rowsNear(p, reach, top_, top_ + rows_);
   if (rows.first >= rows.end) return;
-  openRows(rows.first, rows.end);
+  openRows(rows.first - top_, rows.end - top_);
   for (int y = rows.first; y < rows.end; ++y) {
-    const CellSpan span = cellsNear(p, y, reach, columns_);
+    CellSpan span = cellsNear(p, y, reach, left_, left_ + columns_);
     if (span.first >= span.end) continue;
-    float* body = body_ + y * kSide;
+    span = {span.first - left_, span.end - left_};
+    float* body = body_ + (y - top_) * kSide;
     if (withCore_) {
       HWY_DYNAMIC_DISPATCH(spreadBothRows)
-      (p, static_cast<float>(y), span, body, core_ + y * kSide);
+      (p, static_cast<float>(y), left_, span, body, core_ + (y - top_) * kSide);
     } else {
-      HWY_DYNAMIC_DISPATCH(spreadBodyRow)(p, static_cast<float>(y), span, body);
+      HWY_DYNAMIC_DISPATCH(spreadBodyRow)(p, static_cast<float>(y), left_, span, body);
     }
   }
 }

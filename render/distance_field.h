@@ -13,9 +13,10 @@ class DistanceField {
   /// A border cell (0.71 of its centre) and its neighbours.
   static constexpr float kDepthKept = 1.75f;
 
-  /// Starts over with every cell outside. `left`, `top`: the first cell's corner in device pixels;
-  /// `step`: device pixels per cell; `withCore`: keep the depths inside the light core as well.
-  void reset(double left, double top, double step, bool withCore);
+  /// Starts over with every cell outside. `left`, `top`: the first cell, counted in cells from the
+  /// canvas's top left corner; `step`: device pixels per cell; `withCore`: keep the depths inside
+  /// the light core as well.
+  void reset(int left, int top, double step, bool withCore);
 
   /// Until the next reset, only the first cells of the first rows count.
   void limit(int columns, int rows);
@@ -37,8 +38,8 @@ class DistanceField {
 
   alignas(64) float body_[kSide * kSide];
   alignas(64) float core_[kSide * kSide];
-  double left_ = 0;
-  double top_ = 0;
+  int left_ = 0;
+  int top_ = 0;
   double step_ = 1;
   bool withCore_ = false;
   int columns_ = kSide;

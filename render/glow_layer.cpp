@@ -52,28 +52,31 @@ void GlowLayer::build(std::span<const CurvePiece> pieces, double sigma, const Pi
   top_ = floorDiv(box.top, cellPx_);
   const int right = floorDiv(box.right - 1, cellPx_) + 1;
   const int bottom = floorDiv(box.bottom - 1, cellPx_) + 1;
-  scratch_.reset(2 * (right - left_), 2 * (bottom - top_), blurMargin(kernel));
+  thread_local GlowMask scratch;
+  scratch.reset(2 * (right - left_), 2 * (bottom - top_), blurMargin(kernel));
   for (const CurvePiece& piece : pieces)
-    paintPiece(piece, left_ * cellPx_, top_ * cellPx_, cellPx_ / 2.0, scratch_);
+    paintPiece(piece, 2 * left_, 2 * top_, cellPx_ / 2.0, scratch);
   mask_.reset(right - left_, bottom - top_, blurMargin(kernel));
-  halve(scratch_, mask_);
-  blur(mask_, kernel, scratch_);
+  halve(scratch, mask_);
+  blur(mask_, kernel, scratch);
 }
 
-void GlowLayer::expandRow(int cellY, int firstCellX, std::int16_t* values) const {
-  const int y = cellY - top_;
-  if (y < 0 || y >= mask_.height()) {
+void GlowTile::expandRow(const GlowLayer& layer, int cellY, int firstCellX,
+                         std::int16_t* values) const {
+  const GlowMask& mask = layer.mask_;
+  const int y = cellY - layer.top_;
+  if (y < 0 || y >= mask.height()) {
     std::fill_n(values, kTile, std::int16_t{0});
     return;
   }
   const int margin = cellPx_ == 1 ? 0 : 2;
   const int count = kTile / cellPx_ + 2 * margin;
   // The cells of the mask among those wanted; the others are zero.
-  const int first = firstCellX - margin - left_;
+  const int first = firstCellX - margin - layer.left_;
   const int from = std::clamp(-first, 0, count);
-  const int to = std::clamp(mask_.width() - first, from, count);
+  const int to = std::clamp(mask.width() - first, from, count);
   std::int16_t cells[kTile + 4] = {};
-  std::copy_n(mask_.row(y) + first + from, to - from, cells + from);
+  if (from < to) std::copy_n(mask.row(y) + first + from, to - from, cells + from);
   if (cellPx_ == 1) {
     std::copy_n(cells, kTile, values);
   } else {
@@ -81,17 +84,19 @@ void GlowLayer::expandRow(int cellY, int firstCellX, std::int16_t* values) const
   }
 }
 
-bool GlowLayer::openTile(int tileX, int tileY) {
+bool GlowTile::open(const GlowLayer& layer, int tileX, int tileY) {
+  cellPx_ = layer.cellPx_;
+  const GlowMask& mask = layer.mask_;
   const int cells = kTile / cellPx_;
   const int firstX = tileX * cells, firstY = tileY * cells;
-  const bool apart = firstX - 2 > left_ + mask_.width() || firstX + cells + 2 < left_ ||
-                     firstY - 2 > top_ + mask_.height() || firstY + cells + 2 < top_;
-  if (apart || mask_.width() == 0) return false;
-  for (int i = 0; i < cells + 4; ++i) expandRow(firstY - 2 + i, firstX, rows_[i]);
+  const bool apart = firstX - 2 > layer.left_ + mask.width() || firstX + cells + 2 < layer.left_ ||
+                     firstY - 2 > layer.top_ + mask.height() || firstY + cells + 2 < layer.top_;
+  if (apart || mask.width() == 0) return false;
+  for (int i = 0; i < cells + 4; ++i) expandRow(layer, firstY - 2 + i, firstX, rows_[i]);
   return true;
 }
 
-void GlowLayer::rowOfTile(int y, std::int16_t* values) const {
+void GlowTile::row(int y, std::int16_t* values) const {
   if (cellPx_ == 1) {
     std::copy_n(rows_[y + 2], kTile, values);
     return;

@@ -11,7 +11,8 @@
 namespace render {
 
 /// The blurred mask of a stroke at a reduced resolution: as coarse as a Gaussian of its width can
-/// be and still be interpolated unseen, with cubic B-splines.
+/// be and still be interpolated unseen, with cubic B-splines. A pixel's value does not depend on
+/// the area that was asked for.
 class GlowLayer {
  public:
   /// How far the glow of `sigma` pixels reaches beyond the stroke's edge, in pixels.
@@ -20,21 +21,29 @@ class GlowLayer {
   /// Blurs the stroke made of `pieces`; right for every pixel of `area`. `sigma` in pixels, > 0.
   void build(std::span<const CurvePiece> pieces, double sigma, const PixelRect& area);
 
-  /// Fetches the glow of a tile, ready for rowOfTile. False when there is none in it.
-  bool openTile(int tileX, int tileY);
-
-  /// The 64 values of the opened tile's row `y`, 0 to kGlowFull.
-  void rowOfTile(int y, std::int16_t* values) const;
-
  private:
-  void expandRow(int cellY, int firstCellX, std::int16_t* values) const;
+  friend class GlowTile;
 
   int cellPx_ = 1;  // A power of two, at most a tile's side.
   int left_ = 0;    // Of the mask's first cell, in cells.
   int top_ = 0;
   GlowMask mask_;
-  GlowMask scratch_;
-  // The opened tile's rows of cells at full width, two more above and below.
+};
+
+/// The glow of one tile at full resolution.
+class GlowTile {
+ public:
+  /// False when there is no glow in the tile.
+  bool open(const GlowLayer& layer, int tileX, int tileY);
+
+  /// The 64 values of the opened tile's row `y`, 0 to kGlowFull.
+  void row(int y, std::int16_t* values) const;
+
+ private:
+  void expandRow(const GlowLayer& layer, int cellY, int firstCellX, std::int16_t* values) const;
+
+  int cellPx_ = 1;
+  // The tile's rows of cells at full width, two more above and below.
   alignas(64) std::int16_t rows_[PaintTile::kSide + 4][PaintTile::kSide];
 };
 

@@ -13,7 +13,7 @@ HWY_BEFORE_NAMESPACE();
 namespace render::HWY_NAMESPACE {
 
 template <bool kBent>
-void paintRowOf(const LocalPiece& p, float larger, float smaller, float y, CellSpan span,
+void paintRowOf(const LocalPiece& p, float larger, float smaller, float y, int left, CellSpan span,
                 std::int16_t* row) {
   const F f;
   const hn::Rebind<std::int32_t, F> whole;
@@ -22,10 +22,10 @@ void paintRowOf(const LocalPiece& p, float larger, float smaller, float y, CellS
   const Floats qy = hn::Set(f, y - p.startY);
   const Floats half = hn::Set(f, p.bodyHalf);
   const auto full = hn::Set(small, kGlowFull);
-  for (int x = span.first; x < span.end; x += static_cast<int>(hn::Lanes(f))) {
+  for (int x = span.first - left; x < span.end - left; x += static_cast<int>(hn::Lanes(f))) {
     const auto before = hn::LoadU(small, row + x);
     if (hn::AllTrue(small, hn::Eq(before, full))) continue;
-    const Floats qx = hn::Sub(hn::Iota(f, static_cast<float>(x)), hn::Set(f, p.startX));
+    const Floats qx = hn::Sub(hn::Iota(f, static_cast<float>(left + x)), hn::Set(f, p.startX));
     const Floats distance = distanceTo<kBent>(p, qx, qy);
     // Inside the near border, but not beyond the far one.
     const Floats near = squareShare(hn::Sub(half, distance), normalLarger, normalSmaller);
@@ -36,10 +36,10 @@ void paintRowOf(const LocalPiece& p, float larger, float smaller, float y, CellS
   }
 }
 
-void paintRow(const LocalPiece& p, float larger, float smaller, float y, CellSpan span,
+void paintRow(const LocalPiece& p, float larger, float smaller, float y, int left, CellSpan span,
               std::int16_t* row) {
-  p.isStraight ? paintRowOf<false>(p, larger, smaller, y, span, row)
-               : paintRowOf<true>(p, larger, smaller, y, span, row);
+  p.isStraight ? paintRowOf<false>(p, larger, smaller, y, left, span, row)
+               : paintRowOf<true>(p, larger, smaller, y, left, span, row);
 }
 
 }  // namespace render::HWY_NAMESPACE
@@ -60,8 +60,8 @@ constexpr float kMeanLarger = 0.9239f, kMeanSmaller = 0.3827f;
 
 }  // namespace
 
-void paintPiece(const CurvePiece& piece, double left, double top, double step, GlowMask& mask) {
-  const LocalPiece p = localPiece(piece, left, top, step);
+void paintPiece(const CurvePiece& piece, int left, int top, double step, GlowMask& mask) {
+  const LocalPiece p = localPiece(piece, step);
   const float chord = std::hypot(p.chordX, p.chordY);
   float larger = kMeanLarger, smaller = kMeanSmaller;
   if (chord > 1e-3f) {
@@ -69,11 +69,12 @@ void paintPiece(const CurvePiece& piece, double left, double top, double step, G
     smaller = std::max(std::min(std::abs(p.chordX), std::abs(p.chordY)) / chord, 1e-4f);
   }
   const float reach = p.bodyHalf + kHalfDiagonal;
-  const CellSpan rows = rowsNear(p, reach, mask.height());
+  const CellSpan rows = rowsNear(p, reach, top, top + mask.height());
   for (int y = rows.first; y < rows.end; ++y) {
-    const CellSpan span = cellsNear(p, y, reach, mask.width());
-    if (span.first < span.end)
-      HWY_DYNAMIC_DISPATCH(paintRow)(p, larger, smaller, static_cast<float>(y), span, mask.row(y));
+    const CellSpan span = cellsNear(p, y, reach, left, left + mask.width());
+    if (span.first >= span.end) continue;
+    HWY_DYNAMIC_DISPATCH(paintRow)
+    (p, larger, smaller, static_cast<float>(y), left, span, mask.row(y - top));
   }
 }
 

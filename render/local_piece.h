@@ -4,8 +4,9 @@
 
 namespace render {
 
-/// A CurvePiece in single precision, measured in the cells of some grid: positions relative to the
-/// centre of the grid's first cell.
+/// A CurvePiece in single precision, measured in cells of some size, from the centre of the cell in
+/// the canvas's top left corner. Always from there, so that a cell gets the same value whichever
+/// part of the canvas is painted.
 struct LocalPiece {
   float startX, startY;
   float chordX, chordY;  // From the start to the end.
@@ -16,6 +17,10 @@ struct LocalPiece {
   float bodyHalf, coreHalf;
   float bulge;  // How far the curve leaves its chord at most.
   bool isStraight;
+  // The piece counts where -startExtra <= (q - start) . startDirection and
+  // (q - end) . endDirection <= endExtra.
+  float startDirectionX, startDirectionY, startExtra;
+  float endDirectionX, endDirectionY, endExtra;
 };
 
 /// Cells of a row, from `first` up to but not including `end`.
@@ -24,13 +29,14 @@ struct CellSpan {
   int end = 0;
 };
 
-/// `left`, `top`: the corner of the grid's first cell in device pixels; `step`: pixels per cell.
-LocalPiece localPiece(const CurvePiece& piece, double left, double top, double step);
+/// `step`: device pixels per cell.
+LocalPiece localPiece(const CurvePiece& piece, double step);
 
-/// The rows of a grid of `rows` rows that lie within `reach` cells of the piece's curve.
-CellSpan rowsNear(const LocalPiece& piece, float reach, int rows);
+/// The rows, among those from `first` up to `end`, that lie within `reach` cells of the piece's
+/// curve.
+CellSpan rowsNear(const LocalPiece& piece, float reach, int first, int end);
 
 /// The same for the cells of row `y`, none when first >= end. May hold a few more.
-CellSpan cellsNear(const LocalPiece& piece, int y, float reach, int columns);
+CellSpan cellsNear(const LocalPiece& piece, int y, float reach, int first, int end);
 
 }  // namespace render

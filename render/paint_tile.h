@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "render/pixel_rect.h"
+
 namespace render {
 
 /// The value of a full channel or share in 15-bit arithmetic.
@@ -15,11 +17,30 @@ struct PaintTile {
   alignas(64) std::int16_t plane[4][kSide * kSide];
 };
 
+/// The tiles that hold these pixels, counted from the canvas's top left corner.
+inline PixelRect tilesAround(const PixelRect& pixels) {
+  // Arithmetic shifts round down, for pixels left of the canvas too.
+  static_assert(PaintTile::kSide == 1 << 6);
+  if (pixels.isEmpty()) return {};
+  return {pixels.left >> 6, pixels.top >> 6, ((pixels.right - 1) >> 6) + 1,
+          ((pixels.bottom - 1) >> 6) + 1};
+}
+
+inline PixelRect pixelsOfTiles(const PixelRect& tiles) {
+  return {tiles.left * PaintTile::kSide, tiles.top * PaintTile::kSide,
+          tiles.right * PaintTile::kSide, tiles.bottom * PaintTile::kSide};
+}
+
 /// How much of a stroke's two colours goes over one row of a tile, 0 to kFull, both together at
 /// most kFull.
 struct TileRowShares {
   alignas(64) std::int16_t body[PaintTile::kSide];
   alignas(64) std::int16_t core[PaintTile::kSide];
+};
+
+/// All rows of a tile, see TileRowShares.
+struct TileShares {
+  TileRowShares rows[PaintTile::kSide];
 };
 
 /// One row of a stroke's masks, 0 to kFull for the coverages, 0 to kGlowFull for the glows.

@@ -11,12 +11,6 @@ namespace {
 // Depths are wanted this far outside the paint: see DistanceField::kDepthKept.
 constexpr double kBorderPx = 2;
 
-int tileOf(int pixel) {
-  // Arithmetic shifts round down, for pixels left of the canvas too.
-  static_assert(PaintTile::kSide == 1 << 6);
-  return pixel >> 6;
-}
-
 template <typename Visit>
 void forEachTile(const PixelRect& tiles, Visit visit) {
   for (int y = tiles.top; y < tiles.bottom; ++y) {
@@ -26,31 +20,24 @@ void forEachTile(const PixelRect& tiles, Visit visit) {
 
 }  // namespace
 
-PixelRect PieceIndex::tilesOf(const PixelRect& pixels) const {
-  return PixelRect{tileOf(pixels.left), tileOf(pixels.top), tileOf(pixels.right - 1) + 1,
-                   tileOf(pixels.bottom - 1) + 1}
-      .intersected(tiles_);
-}
-
 void PieceIndex::build(std::span<const CurvePiece> pieces, const PixelRect& bounds, double reach) {
-  tiles_ = bounds.isEmpty()
-               ? PixelRect{}
-               : PixelRect{tileOf(bounds.left), tileOf(bounds.top), tileOf(bounds.right - 1) + 1,
-                           tileOf(bounds.bottom - 1) + 1};
+  tiles_ = tilesAround(bounds);
   const auto count =
       static_cast<std::size_t>(tiles_.width()) * static_cast<std::size_t>(tiles_.height());
   reached_.assign(count, 0);
   starts_.assign(count + 1, 0);
   for (const CurvePiece& piece : pieces) {
-    forEachTile(tilesOf(piece.box(reach)), [&](int x, int y) { reached_[slot(x, y)] = 1; });
-    forEachTile(tilesOf(piece.box(kBorderPx)), [&](int x, int y) { ++starts_[slot(x, y)]; });
+    forEachTile(tilesAround(piece.box(reach)).intersected(tiles_),
+                [&](int x, int y) { reached_[slot(x, y)] = 1; });
+    forEachTile(tilesAround(piece.box(kBorderPx)).intersected(tiles_),
+                [&](int x, int y) { ++starts_[slot(x, y)]; });
   }
   // From counts to the ends of each tile's share, which the filling below moves to their starts.
   int end = 0;
   for (int& start : starts_) start = end += start;
   numbers_.resize(static_cast<std::size_t>(end));
   for (std::size_t i = pieces.size(); i-- > 0;) {
-    forEachTile(tilesOf(pieces[i].box(kBorderPx)), [&](int x, int y) {
+    forEachTile(tilesAround(pieces[i].box(kBorderPx)).intersected(tiles_), [&](int x, int y) {
       numbers_[static_cast<std::size_t>(--starts_[slot(x, y)])] = static_cast<int>(i);
     });
   }

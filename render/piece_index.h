@@ -15,6 +15,9 @@ class PieceIndex {
   /// `bounds`: the pixels that count; `reach`: how far the stroke's light reaches beyond its paint.
   void build(std::span<const CurvePiece> pieces, const PixelRect& bounds, double reach);
 
+  /// The tiles around the bounds.
+  const PixelRect& tiles() const { return tiles_; }
+
   /// Whether any light can fall into the tile.
   bool isReached(int tileX, int tileY) const;
 
@@ -22,7 +25,6 @@ class PieceIndex {
   std::span<const int> piecesIn(int tileX, int tileY) const;
 
  private:
-  PixelRect tilesOf(const PixelRect& pixels) const;
   std::size_t slot(int tileX, int tileY) const {
     return static_cast<std::size_t>(tileY - tiles_.top) * static_cast<std::size_t>(tiles_.width()) +
            static_cast<std::size_t>(tileX - tiles_.left);

@@ -1,10 +1,8 @@
 #include "render/stroke_shape.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstring>
 
-#include "render/compositing.h"
+#include "render/paint_tile.h"
 
 namespace render {
 
@@ -13,55 +11,40 @@ namespace {
 // The blur radii of the two glow passes in reference units; a radius is two sigmas.
 constexpr double kWideSigma = 30.0 / 2;
 constexpr double kNarrowSigma = 10.0 / 2;
+// Without glow: borders are antialiased, and their slope is looked at from a pixel outside.
+constexpr double kBorderPx = 2;
+
+double unitPx(const CanvasMapping& mapping) {
+  return mapping.unit * mapping.deviceScale;
+}
+
 }  // namespace
+
+double StrokeShape::reach(const CanvasMapping& mapping, bool glow) {
+  if (!glow) return kBorderPx;
+  return std::max(GlowLayer::reach(kWideSigma * unitPx(mapping)),
+                  GlowLayer::reach(kNarrowSigma * unitPx(mapping)));
+}
+
+void StrokeShape::outline(const strokes::StrokePoints& points, const CanvasMapping& mapping,
+                          bool glow, const PixelRect& area) {
+  glow_ = glow;
+  const PixelRect tileArea = pixelsOfTiles(tilesAround(area));
+  const double reachPx = reach(mapping, glow);
+  pieces_.clear();
+  appendCurvePieces(points, mapping, tileArea, reachPx, pieces_);
+  PixelRect bounds;
+  for (const CurvePiece& piece : pieces_) bounds = bounds.united(piece.box(reachPx));
+  index_.build(pieces_, bounds.intersected(tileArea), reachPx);
+}
 
 void StrokeShape::build(const strokes::StrokePoints& points, const CanvasMapping& mapping,
                         bool glow, const PixelRect& area) {
-  const double unitPx = mapping.unit * mapping.deviceScale;
-  glow_ = glow;
-  reach_ = glow ? std::max(GlowLayer::reach(kWideSigma * unitPx),
-                           GlowLayer::reach(kNarrowSigma * unitPx))
-                : 2;
-  pieces_.clear();
-  bounds_ = {};
-  appendCurvePieces(points, mapping, area, reach_, pieces_);
-  for (const CurvePiece& piece : pieces_) bounds_ = bounds_.united(piece.box(reach_));
-  bounds_ = bounds_.intersected(area);
-  index_.build(pieces_, bounds_, reach_);
-  if (glow_ && !bounds_.isEmpty()) {
-    wide_.build(pieces_, kWideSigma * unitPx, bounds_);
-    narrow_.build(pieces_, kNarrowSigma * unitPx, bounds_);
-  }
-}
-
-bool StrokeShape::openTile(int tileX, int tileY) {
-  if (!index_.isReached(tileX, tileY)) return false;
-  near_.clear();
-  for (const int number : index_.piecesIn(tileX, tileY))
-    near_.push_back(pieces_[static_cast<std::size_t>(number)]);
-  hasWide_ = glow_ && wide_.openTile(tileX, tileY);
-  hasNarrow_ = glow_ && narrow_.openTile(tileX, tileY);
-  if (near_.empty() && !hasWide_ && !hasNarrow_) return false;
-  hasBody_ = !near_.empty();
-  if (hasBody_) coverage_.paint(near_, tileX, tileY, glow_);
-  return true;
-}
-
-void StrokeShape::rowOfTile(int y, TileRowShares& shares) const {
-  const auto fetch = [](bool isThere, const std::int16_t* from, auto& row) {
-    isThere ? std::memcpy(row, from, sizeof row) : std::memset(row, 0, sizeof row);
-  };
-  if (!glow_) {
-    fetch(hasBody_, coverage_.bodyRow(y), shares.body);
-    fetch(false, nullptr, shares.core);
-    return;
-  }
-  TileRowMasks masks;
-  fetch(hasBody_, coverage_.bodyRow(y), masks.body);
-  fetch(hasBody_, coverage_.coreRow(y), masks.core);
-  hasWide_ ? wide_.rowOfTile(y, masks.wideGlow) : fetch(false, nullptr, masks.wideGlow);
-  hasNarrow_ ? narrow_.rowOfTile(y, masks.narrowGlow) : fetch(false, nullptr, masks.narrowGlow);
-  joinGlowingRow(masks, shares);
+  outline(points, mapping, glow, area);
+  if (!glow || tiles().isEmpty()) return;
+  const PixelRect reached = pixelsOfTiles(tiles());
+  wide_.build(pieces_, kWideSigma * unitPx(mapping), reached);
+  narrow_.build(pieces_, kNarrowSigma * unitPx(mapping), reached);
 }
 
 }  // namespace render

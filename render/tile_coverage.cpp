@@ -59,7 +59,7 @@ void TileCoverage::refine(std::span<const CurvePiece> pieces, int left, int top,
                           std::uint64_t pixels, bool ofCore) {
   for (; pixels; pixels &= pixels - 1) {
     const int x = std::countr_zero(pixels);
-    fineField_.reset(left + x, top + y, 1.0 / kFineness, ofCore);
+    fineField_.reset((left + x) * kFineness, (top + y) * kFineness, 1.0 / kFineness, ofCore);
     fineField_.limit(kFineness, kFineness);
     for (const CurvePiece& piece : pieces) fineField_.spread(piece);
     int sum = 0;
@@ -91,7 +91,7 @@ void TileCoverage::paintFinely(std::span<const CurvePiece> pieces, int left, int
   };
   for (int y0 = 0; y0 < kTile; y0 += kBlock) {
     for (int x0 = 0; x0 < kTile; x0 += kBlock) {
-      fineField_.reset(left + x0, top + y0, 1.0 / kFineness, withCore);
+      fineField_.reset((left + x0) * kFineness, (top + y0) * kFineness, 1.0 / kFineness, withCore);
       for (const CurvePiece& piece : pieces) fineField_.spread(piece);
       average(false, body_ + y0 * kTile + x0);
       if (withCore) average(true, core_ + y0 * kTile + x0);

@@ -66,11 +66,11 @@ def develop(picture, rng, least_resolution=0.3):
         picture = shade(picture, rng)
     if rng.random() < 0.9:
         picture = light(picture, rng)
-    if rng.random() < 0.3:
+    if rng.random() < 0.25:
         picture = blur(picture, rng)
-    if rng.random() < 0.3:
+    if rng.random() < 0.22:
         picture = lower_resolution(picture, rng, least_resolution)
-    if rng.random() < 0.35:
+    if rng.random() < 0.28:
         picture = noise(picture, rng)
     if rng.random() < 0.25:
         picture = compress(picture, rng)

@@ -15,7 +15,8 @@ FINGERS = [[0, *range(1 + 4 * f, 5 + 4 * f)] for f in range(5)]
 def landmark_tiles(arguments):
     from landmark_data import LandmarkBatches
 
-    source = LandmarkBatches(arguments.hands, arguments.crops, arguments.rooms, arguments.real_share, arguments.seed)
+    source = LandmarkBatches(arguments.hands, arguments.crops, arguments.rooms, arguments.mined,
+                             arguments.real_share, arguments.seed)
     pictures, joints, visible, right, _, presence = source.batch(COUNT, 128)
     for picture, points, seen, side, present in zip(pictures, joints * 128, visible, right, presence):
         tile = picture.copy()
@@ -49,7 +50,7 @@ def main():
     parser.add_argument("network", choices=["landmarks", "finder"])
     parser.add_argument("out")
     parser.add_argument("--hands", required=True)
-    for name in ("--crops", "--scenes", "--rooms"):
+    for name in ("--crops", "--scenes", "--rooms", "--mined"):
         parser.add_argument(name, default="")
     parser.add_argument("--real-share", type=float, default=0.4)
     parser.add_argument("--seed", type=int, default=1)

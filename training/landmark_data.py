@@ -1,5 +1,7 @@
 """Training crops for the landmark network, mixed from rendered and real hands."""
 import math
+import os
+import pickle
 
 import cv2
 import numpy as np
@@ -11,7 +13,8 @@ import rendered
 from geometry import CROP_PER_SIZE
 
 REAL_KINDS = {"digits": 0.27, "closeup": 0.33, "webcam": 0.26, "video": 0.05, "photo": 0.09}
-NEGATIVE_SHARE = 0.14
+NEGATIVE_SHARE = 0.18
+MINED_SHARE, DISPLACED_SHARE = 0.5, 0.15  # Of the negatives: mistaken for hands once; beside a hand.
 SQUARE, SQUARES = 160, 2500  # Backgrounds are kept ready: pixels, and how many of each kind.
 PATCH_PIXELS = 190  # Real hands are kept as patches of this size per 2.6 hand boxes.
 
@@ -99,7 +102,8 @@ def cover(picture, joints, visible, rng):
 class LandmarkBatches:
     """Draws batches; `real_share` of the hands are real, the others rendered (once there are any)."""
 
-    def __init__(self, real_folder, crops_pattern, rooms_pattern, real_share, seed):
+    def __init__(self, real_folder, crops_pattern, rooms_pattern, mined_path, real_share, seed):
+        self.mined_path, self.mined = mined_path, {}
         pictures = real_hands.load(real_folder, "training")
         self.real, self.rooms = RealHands(pictures), RealRooms(pictures)
         self.crops = rendered.Shards(crops_pattern, rendered.CROP_SHAPE)
@@ -111,6 +115,9 @@ class LandmarkBatches:
         self.rescan()
 
     def rescan(self):
+        if self.mined_path and os.path.exists(self.mined_path):
+            with open(self.mined_path, "rb") as file:
+                self.mined = pickle.load(file)
         self.crops.rescan()
         self.drawn_rooms.rescan()
         for _ in range(min(600, SQUARES - len(self.drawn_squares)) if self.drawn_rooms.count else 0):
@@ -148,11 +155,19 @@ class LandmarkBatches:
         pixels, joints, right, weight = self.real.pick(self.rng)
         return pixels, joints.astype(np.float64), right, weight, np.ones(21, np.float32)
 
-    def view(self, joints, displace):
-        """A random crop of a hand; displaced ones miss it."""
+    def mistaken(self, pixels):
+        """What the finder took for a hand."""
         rng = self.rng
-        x, y, size, angle = geometry.frame_of(joints)
-        wild = rng.random() < 0.08
+        pool = self.mined["real" if rng.random() < 0.6 else "rendered"]
+        source, frame = pool[int(rng.integers(len(pool)))]
+        matrix = geometry.crop_matrix(*self.view(frame, False), pixels, rng.random() < 0.5)
+        return geometry.warp(source, matrix, pixels, pixels, cv2.BORDER_REPLICATE)
+
+    def view(self, frame, displace):
+        """A random crop of a hand's frame; displaced ones miss it."""
+        rng = self.rng
+        x, y, size, angle = frame
+        wild = rng.random() < 0.05
         side = CROP_PER_SIZE * size * math.exp(float(np.clip(rng.normal(0, 0.3 if wild else 0.13), -0.6, 0.6)))
         angle += rng.uniform(-1.2, 1.2) if wild else rng.normal(0, 0.26)
         x, y = np.array([x, y]) + np.clip(rng.normal(0, 0.055, 2), -0.2, 0.2) * side
@@ -164,11 +179,12 @@ class LandmarkBatches:
     def item(self, pixels):
         rng = self.rng
         negative = rng.random() < NEGATIVE_SHARE
-        if negative and rng.random() < 0.75:
-            return camera.develop(self.background(pixels), rng), np.zeros((21, 2)), np.zeros(21), 0.5, 0.0, 0.0
+        if negative and rng.random() >= DISPLACED_SHARE:
+            picture = self.mistaken(pixels) if self.mined and rng.random() < MINED_SHARE else self.background(pixels)
+            return camera.develop(picture, rng), np.zeros((21, 2)), np.zeros(21), 0.5, 0.0, 0.0
         source, joints, right, weight, visible = self.hand()
         flip = rng.random() < 0.5
-        view = self.view(joints, negative)
+        view = self.view(geometry.frame_of(joints), negative)
         matrix = geometry.crop_matrix(*view, pixels, flip, math.exp(rng.normal(0, 0.06)))
         solid = source.shape[2] == 3
         picture = geometry.warp(source, matrix, pixels, pixels, cv2.BORDER_REPLICATE if solid else cv2.BORDER_CONSTANT)
@@ -177,7 +193,7 @@ class LandmarkBatches:
         joints = geometry.transform(geometry.invert(matrix), joints)
         if flip:
             right = 1 - right
-        if not negative and rng.random() < 0.15:
+        if not negative and rng.random() < 0.22:
             picture = np.ascontiguousarray(picture)
             cover(picture, joints, visible, rng)
         return camera.develop(picture, rng), joints / pixels, visible, right, weight, 0.0 if negative else 1.0

@@ -38,11 +38,12 @@ class Landmarks:
         from landmark_data import LandmarkBatches
 
         self.net = networks.LandmarkNet()
-        self.batches = LandmarkBatches(arguments.hands, arguments.crops, arguments.rooms, arguments.real_share, seed)
+        self.batches = LandmarkBatches(arguments.hands, arguments.crops, arguments.rooms, arguments.mined,
+                                       arguments.real_share, seed)
         self.tuning = tuning_crops(arguments.hands)
 
     def draw(self, count, progress):
-        return self.batches.batch(count, 96 if progress < 0.6 else networks.CROP_SIZE)
+        return self.batches.batch(count, 96 if progress < 0.75 else networks.CROP_SIZE)
 
     def loss(self, net, batch, device, autocast):
         from landmark_loss import landmark_loss
@@ -215,6 +216,7 @@ def main():
     parser.add_argument("--crops", default="", help="pattern of the rendered crops")
     parser.add_argument("--scenes", default="", help="pattern of the rendered scenes")
     parser.add_argument("--rooms", default="", help="pattern of the rendered rooms")
+    parser.add_argument("--mined", default="", help="what mine.py collected")
     parser.add_argument("--hours", type=float, required=True)
     parser.add_argument("--real-share", type=float, default=0.4)
     parser.add_argument("--batch", type=int, default=64)

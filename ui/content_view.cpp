@@ -2,6 +2,7 @@
 
 #include <QGridLayout>
 #include <QVBoxLayout>
+#include <initializer_list>
 
 #include "ui/divider.h"
 
@@ -15,6 +16,7 @@ constexpr int kBannerPadding = 10;
 
 ContentView::ContentView(model::AppModel& model, platform::TimerFactory& timers, QWidget* parent)
     : QWidget(parent),
+      model_(model),
       refresher_(model),
       topBar_(new TopBar(model)),
       paintView_(new PaintView(model, timers)),
@@ -22,7 +24,8 @@ ContentView::ContentView(model::AppModel& model, platform::TimerFactory& timers,
       statusBar_(new StatusBar(model)),
       sidebar_(new Sidebar(model)),
       clearConfirmation_(new ClearConfirmation(model, this)),
-      saveChoice_(new SaveChoice(model, this)) {
+      saveChoice_(new SaveChoice(model, this)),
+      firstRun_(new FirstRunView(model, this)) {
   setMinimumSize(kMinimumSize);
   auto* column = new QVBoxLayout;
   column->setSpacing(0);
@@ -37,10 +40,21 @@ ContentView::ContentView(model::AppModel& model, platform::TimerFactory& timers,
   row->addWidget(new Divider(Qt::Vertical));
   row->addWidget(sidebar_);
   errorBanner_->raise();
+  firstRun_->raise();
   paintView_->setFocus();
 
   connect(&refresher_, &ModelRefresher::refreshed, this, &ContentView::refresh);
   refresh();
+}
+
+void ContentView::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  if (model_.cameraState().kind == model::CameraState::Kind::checking) model_.refreshPermission();
+}
+
+void ContentView::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  firstRun_->setGeometry(rect());
 }
 
 QLayout* ContentView::makeDrawingArea() {
@@ -63,6 +77,19 @@ void ContentView::refresh() {
   sidebar_->refresh();
   clearConfirmation_->refresh();
   saveChoice_->refresh();
+  refreshFirstRun();
+}
+
+// What the first-run view covers takes no keys either.
+void ContentView::refreshFirstRun() {
+  const bool wasCovered = !paintView_->isEnabled();
+  firstRun_->refresh();
+  const bool isCovered = FirstRunView::belongsTo(model_.cameraState());
+  for (QWidget* widget :
+       std::initializer_list<QWidget*>{topBar_, paintView_, errorBanner_, statusBar_, sidebar_}) {
+    widget->setEnabled(!isCovered);
+  }
+  if (wasCovered && !isCovered) paintView_->setFocus();
 }
 
 }  // namespace ui

@@ -6,6 +6,7 @@
 #include "platform/timer_factory.h"
 #include "ui/clear_confirmation.h"
 #include "ui/error_banner.h"
+#include "ui/first_run_view.h"
 #include "ui/model_refresher.h"
 #include "ui/paint_view.h"
 #include "ui/save_choice.h"
@@ -16,16 +17,23 @@
 namespace ui {
 
 /// What the window holds: the drawing area between the top bar and the status bar, the settings to
-/// its right, and the dialogs that the model's flags open.
+/// its right, the dialogs that the model's flags open, and over everything the first-run view while
+/// the camera's permission is unsettled. Looks the permission up when it is first shown.
 class ContentView final : public QWidget {
  public:
   /// `model` and `timers` outlive this.
   ContentView(model::AppModel& model, platform::TimerFactory& timers, QWidget* parent = nullptr);
 
+ protected:
+  void showEvent(QShowEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
  private:
   QLayout* makeDrawingArea();
   void refresh();
+  void refreshFirstRun();
 
+  model::AppModel& model_;
   ModelRefresher refresher_;
   TopBar* topBar_;
   PaintView* paintView_;
@@ -34,6 +42,7 @@ class ContentView final : public QWidget {
   Sidebar* sidebar_;
   ClearConfirmation* clearConfirmation_;
   SaveChoice* saveChoice_;
+  FirstRunView* firstRun_;
 };
 
 }  // namespace ui

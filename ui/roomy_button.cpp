@@ -17,8 +17,4 @@ QSize RoomyButton::sizeHint() const {
   return QPushButton::sizeHint() + kAir;
 }
 
-QSize RoomyButton::minimumSizeHint() const {
-  return QPushButton::sizeHint() + QSize(0, kAir.height());
-}
-
 }  // namespace ui

@@ -4,15 +4,15 @@
 
 namespace ui {
 
-/// A push button with some air around its text, which it gives up first where space is scarce. Tab
-/// reaches it; a click leaves the keyboard focus where it is, so that the space bar does not repeat
-/// the last tool.
+/// A push button with some air around its text. Tab reaches it; a click leaves the keyboard focus
+/// where it is, so that the space bar does not repeat the last tool.
 class RoomyButton final : public QPushButton {
  public:
   explicit RoomyButton(const QString& text, QWidget* parent = nullptr);
 
   QSize sizeHint() const override;
-  QSize minimumSizeHint() const override;
+  /// Without the air, for narrow windows.
+  QSize minimumSizeHint() const override { return QPushButton::sizeHint(); }
 };
 
 }  // namespace ui

@@ -7,6 +7,7 @@ namespace ui {
 namespace {
 
 // Sizes relative to body text, as on desktops where body is 13 points.
+constexpr double kLargeTitleSize = 26.0 / 13.0;
 constexpr double kCalloutSize = 12.0 / 13.0;
 constexpr double kCaptionSize = 11.0 / 13.0;
 
@@ -17,6 +18,10 @@ constexpr float kSecondaryOpacity = 0.65F;
 QFont fontOf(TextStyle style) {
   QFont font = QApplication::font();
   switch (style) {
+    case TextStyle::largeTitle:
+      font.setPointSizeF(font.pointSizeF() * kLargeTitleSize);
+      font.setBold(true);
+      break;
     case TextStyle::body:
       break;
     case TextStyle::headline:

@@ -5,7 +5,7 @@
 namespace ui {
 
 /// The text styles of the window, all derived from the desktop's own font.
-enum class TextStyle { body, headline, callout, caption };
+enum class TextStyle { largeTitle, body, headline, callout, caption };
 
 enum class TextColor { primary, secondary };
 

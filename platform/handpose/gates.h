@@ -5,10 +5,15 @@
 
 namespace platform::handpose {
 
+/// How good a reading is, 0 to 1: how surely there is a hand, and how surely its joints lie there.
+double scoreOf(const HandReading& reading);
+
 /// Whether a reading is to be believed, of a hand that is followed already.
 bool keepsOn(const HandReading& reading, const pixels::Image& picture);
 
-/// The same of a new hand: a stricter question, because most of a room is not a hand.
-bool isNewHand(const HandReading& reading, const pixels::Image& picture);
+/// The same of a new hand: a stricter question, because most of a room is not a hand. Both networks
+/// must agree: `candidate` made one look, `reading` is what was seen there.
+bool isNewHand(const HandCandidate& candidate, const HandReading& reading,
+               const pixels::Image& picture);
 
 }  // namespace platform::handpose

@@ -1,7 +1,8 @@
 #include "platform/handpose/hand_track.h"
 
 #include <algorithm>
-#include <cmath>
+
+#include "platform/handpose/gates.h"
 
 namespace platform::handpose {
 namespace {
@@ -11,12 +12,6 @@ constexpr double kOtherSide = 0.7;      // As strange as a jump by so many hands
 constexpr double kMissedScore = 0.5;
 
 }  // namespace
-
-double scoreOf(const HandReading& reading) {
-  double sum = 0;
-  for (const Landmark& landmark : reading.landmarks) sum += landmark.confidence;
-  return reading.presence * (1 + sum / kJointCount) / 2;
-}
 
 HandTrack::HandTrack(int id, const HandReading& first, const ChiralityVote& vote)
     : id_(id), cropSize_(0), score_(0), vote_(vote) {

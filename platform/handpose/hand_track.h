@@ -13,9 +13,6 @@ struct TrackedHand {
   double score = 0;  ///< 0 to 1.
 };
 
-/// How good a reading is, 0 to 1: how surely there is a hand, and how surely its joints lie there.
-double scoreOf(const HandReading& reading);
-
 /// One hand, from frame to frame.
 class HandTrack {
  public:

@@ -15,7 +15,6 @@ constexpr double kLongestGap = 0.5;  // Seconds without a picture after which al
 constexpr double kSearchInterval = 0.03;
 constexpr double kSearchIntervalBesideHand = 0.2;
 constexpr int kMostMisses = 1;  // A hand is reported this many frames after it was last seen.
-constexpr std::size_t kMostLooks = 2;  // Candidates that get a closer look in one search.
 // A reading this far off the middle of its crop, as a share of the crop's side, was cut off by it:
 // the hand moves fast, and a second look pays.
 constexpr double kOffCentre = 0.17;
@@ -105,12 +104,15 @@ bool HandTracks::isFollowed(const HandBox& box) const {
   });
 }
 
+bool HandTracks::hasLostHand() const {
+  return std::any_of(tracks_.begin(), tracks_.end(),
+                     [](const HandTrack& track) { return track.misses() > 0; });
+}
+
 bool HandTracks::searchIsDue(double time) const {
-  const auto followed = std::count_if(tracks_.begin(), tracks_.end(),
-                                      [](const HandTrack& track) { return track.misses() == 0; });
-  if (followed == kMostHands) return false;
-  const bool hasLost = followed < std::ssize(tracks_);
-  const double interval = followed == 0 || hasLost ? kSearchInterval : kSearchIntervalBesideHand;
+  if (tracks_.size() == kMostHands && !hasLostHand()) return false;
+  const double interval =
+      tracks_.empty() || hasLostHand() ? kSearchInterval : kSearchIntervalBesideHand;
   return !lastSearch_ || time - *lastSearch_ >= interval;
 }
 
@@ -120,25 +122,29 @@ Result<void> HandTracks::search(const pixels::Image& picture) {
   if (!found) return found.error();
   std::vector<HandCandidate> candidates = std::move(found).value();
   std::erase_if(candidates, [&](const auto& candidate) { return isFollowed(candidate.box); });
-  // Places that were no hands the last time come last, lest they keep others from being looked at.
-  const auto isFresh = [&](const HandCandidate& candidate) {
-    return std::none_of(refused_.begin(), refused_.end(),
-                        [&](const HandBox& box) { return coverSameHand(box, candidate.box); });
-  };
-  std::stable_partition(candidates.begin(), candidates.end(), isFresh);
-  if (candidates.size() > kMostLooks) candidates.resize(kMostLooks);
+  // Places that were no hands a moment ago come last, lest they keep others from being looked at.
+  const auto firstKnown =
+      std::stable_partition(candidates.begin(), candidates.end(),
+                            [&](const auto& candidate) { return !wasRefused(candidate.box); });
+  if (firstKnown == candidates.begin()) refused_.clear();
 
-  refused_.clear();
+  // A look costs more than the search: after the first one in vain the next frame goes on.
   for (const HandCandidate& candidate : candidates) {
+    if (tracks_.size() == kMostHands && !hasLostHand()) break;
     const auto reading = vision_.read(picture, HandCrop::around(candidate.box));
     if (!reading) return reading.error();
-    if (isNewHand(reading.value(), picture)) {
-      take(reading.value());
-    } else {
+    if (!isNewHand(candidate, reading.value(), picture)) {
       refused_.push_back(candidate.box);
+      break;
     }
+    take(reading.value());
   }
   return {};
+}
+
+bool HandTracks::wasRefused(const HandBox& box) const {
+  return std::any_of(refused_.begin(), refused_.end(),
+                     [&](const HandBox& refused) { return coverSameHand(refused, box); });
 }
 
 void HandTracks::take(const HandReading& reading) {

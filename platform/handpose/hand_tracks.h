@@ -28,15 +28,17 @@ class HandTracks {
   Result<Readings> readTracks(const pixels::Image& picture);
   void keepHandsApart(Readings& readings);
   void apply(const Readings& readings);
+  bool hasLostHand() const;
   bool searchIsDue(double time) const;
   Result<void> search(const pixels::Image& picture);
   void take(const HandReading& reading);
   bool isFollowed(const HandBox& box) const;
+  bool wasRefused(const HandBox& box) const;
   std::vector<TrackedHand> report() const;
 
   HandVision& vision_;
   std::vector<HandTrack> tracks_;  // At most HandPoseRequest::maximumHandCount.
-  std::vector<HandBox> refused_;   // Looked like hands in the last search, and were none.
+  std::vector<HandBox> refused_;   // Looked like hands in recent searches, and were none.
   int nextId_ = 1;
   int width_ = 0;
   int height_ = 0;

@@ -1,6 +1,8 @@
 #include "platform/handpose/still_picture.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <utility>
 
 #include "platform/handpose/gates.h"
@@ -8,7 +10,9 @@
 namespace platform::handpose {
 namespace {
 
-constexpr int kLooks = 3;  // The first crop is rough; each next one is made from the joints read.
+// The first crop is rough; each next one is made from the joints read. They err differently.
+constexpr std::size_t kLooks = 3;
+constexpr double kLeastWeight = 1e-3;
 
 /// The regions to search one after the other, while hands are missing: all of it, then closer.
 std::vector<Region> regionsOf(const pixels::Image& picture) {
@@ -17,16 +21,41 @@ std::vector<Region> regionsOf(const pixels::Image& picture) {
   return {{0, 0, width, height}};
 }
 
+/// The mean of several looks, in which a joint counts the more the surer it was seen. Presence is
+/// the lowest of all looks: crops made from joints draw whatever is there towards looking like a
+/// hand.
+HandReading meanOf(const std::vector<HandReading>& looks) {
+  HandReading mean{.landmarks = {}, .presence = 1, .right = 0};
+  std::array<double, kJointCount> weights{};
+  const double share = 1.0 / static_cast<double>(looks.size());
+  for (const HandReading& look : looks) {
+    mean.presence = std::min(mean.presence, look.presence);
+    mean.right += share * look.right;
+    for (std::size_t i = 0; i < kJointCount; ++i) {
+      const Landmark& landmark = look.landmarks[i];
+      const double weight = landmark.confidence * landmark.confidence + kLeastWeight;
+      mean.landmarks[i].at.x += weight * landmark.at.x;
+      mean.landmarks[i].at.y += weight * landmark.at.y;
+      mean.landmarks[i].confidence += share * landmark.confidence;
+      weights[i] += weight;
+    }
+  }
+  for (std::size_t i = 0; i < kJointCount; ++i) {
+    mean.landmarks[i].at.x /= weights[i];
+    mean.landmarks[i].at.y /= weights[i];
+  }
+  return mean;
+}
+
 Result<HandReading> readClosely(HandVision& vision, const pixels::Image& picture, HandBox box) {
-  HandReading best;
-  for (int look = 0; look < kLooks; ++look) {
+  std::vector<HandReading> looks;
+  do {
     auto reading = vision.read(picture, HandCrop::around(box));
     if (!reading) return reading.error();
-    if (reading.value().presence < best.presence) break;
-    best = std::move(reading).value();
-    box = boxOf(best.landmarks);
-  }
-  return best;
+    looks.push_back(std::move(reading).value());
+    box = boxOf(looks.back().landmarks);
+  } while (looks.size() < kLooks && box.size > 0);
+  return meanOf(looks);
 }
 
 bool isAmong(const HandReading& reading, const std::vector<HandReading>& hands) {
@@ -49,7 +78,7 @@ Result<std::vector<TrackedHand>> handsInStillPicture(HandVision& vision,
     for (const HandCandidate& candidate : candidates.value()) {
       const auto reading = readClosely(vision, picture, candidate.box);
       if (!reading) return reading.error();
-      if (isNewHand(reading.value(), picture) && !isAmong(reading.value(), found)) {
+      if (isNewHand(candidate, reading.value(), picture) && !isAmong(reading.value(), found)) {
         found.push_back(reading.value());
       }
     }

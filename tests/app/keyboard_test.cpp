@@ -70,7 +70,7 @@ class KeyboardTest : public testing::Test {
 TEST_F(KeyboardTest, TabReachesEveryControl) {
   const auto stops = tabStops();
 
-  EXPECT_GE(controls().size(), 8U + 3 + 2 + 3 + 3 + 3 + 1);
+  EXPECT_GE(controls().size(), 8U + 4 + 2 + 3 + 3 + 3 + 1);
   for (QWidget* control : controls()) {
     EXPECT_TRUE(isReachedThrough(stops, control))
         << control->metaObject()->className() << " " << control->accessibleName().toStdString();

@@ -149,7 +149,8 @@ TEST_F(AppModelTest, UsingTheMouseOnlyIsAStateOfTheCamera) {
   model.useMouseOnly();
 
   EXPECT_EQ(model.cameraState().kind, CameraState::Kind::mouseOnly);
-  EXPECT_THAT(log.announcements, ElementsAre(Announcement{Property::cameraState, "checking"}));
+  EXPECT_THAT(log.announcements, ElementsAre(Announcement{Property::cameraState, "checking"},
+                                             Announcement{Property::background, "camera"}));
 }
 
 TEST_F(AppModelTest, TheCanvasIsSixteenToNineWithoutACamera) {

@@ -28,7 +28,13 @@ class SavingToDisk : public testing::Test {
             .files = files,
             .videoWriters = fakes.videoWriters,
             .calendar = fakes.calendar,
-            .folders = fakes.folders};
+            .folders = fakes.folders,
+            .handPoseRequest = fakes.handPoseRequest,
+            .queues = fakes.queues,
+            .captureService = fakes.captureService,
+            .cameraPermission = fakes.cameraPermission,
+            .settingsPage = fakes.settingsPage,
+            .activation = fakes.activation};
   }
 
   static std::vector<int> pixel(const pixels::Image& image, int x, int y) {

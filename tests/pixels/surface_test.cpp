@@ -26,6 +26,17 @@ TEST(Surface, ACopyHasPixelsOfItsOwn) {
   EXPECT_FALSE(copy == surface);
 }
 
+TEST(Surface, EqualPixelsMakeEqualSurfacesWhateverPadsTheirRows) {
+  Surface surface(2, 2);
+  Surface other(2, 2);
+  ASSERT_GT(surface.strideBytes(), 8u);
+
+  other.view().row(0)[8] = 1;
+
+  EXPECT_TRUE(other == surface);
+  EXPECT_FALSE(other == Surface(1, 2));
+}
+
 TEST(Surface, AMoveLeavesAnEmptySurface) {
   Surface surface(2, 2);
 

@@ -1,13 +1,18 @@
 #pragma once
 
 #include "platform/services.h"
+#include "tests/support/fake_activation.h"
 #include "tests/support/fake_calendar.h"
+#include "tests/support/fake_camera_permission.h"
+#include "tests/support/fake_capture.h"
 #include "tests/support/fake_clock.h"
 #include "tests/support/fake_file_store.h"
+#include "tests/support/fake_hand_pose_request.h"
 #include "tests/support/fake_main_queue.h"
 #include "tests/support/fake_picture_encoder.h"
 #include "tests/support/fake_save_panel.h"
 #include "tests/support/fake_serial_queue.h"
+#include "tests/support/fake_settings_page.h"
 #include "tests/support/fake_standard_folders.h"
 #include "tests/support/fake_timer_factory.h"
 #include "tests/support/fake_video_writer.h"
@@ -26,18 +31,31 @@ struct FakePlatform {
   FakeVideoWriterFactory videoWriters;
   FakeCalendar calendar;
   FakeStandardFolders folders;
+  FakeHandPoseRequest handPoseRequest;
+  FakeCapture capture;
+  FakeCameraPermission cameraPermission;
+  FakeSettingsPage settingsPage;
+  FakeActivation activation;
 
-  platform::Services services() {
+  platform::Services services() { return services(savePanel); }
+  /// With another save panel, which outlives what it is given to.
+  platform::Services services(platform::SavePanel& panel) {
     return {
         .clock = clock,
         .mainQueue = mainQueue,
         .timers = timers,
-        .savePanel = savePanel,
+        .savePanel = panel,
         .pictureEncoder = pictureEncoder,
         .files = files,
         .videoWriters = videoWriters,
         .calendar = calendar,
         .folders = folders,
+        .handPoseRequest = handPoseRequest,
+        .queues = serialQueues,
+        .captureService = capture,
+        .cameraPermission = cameraPermission,
+        .settingsPage = settingsPage,
+        .activation = activation,
     };
   }
 };

@@ -17,8 +17,6 @@ constexpr double kLetterWidth = kLetterHeight * 0.8 / kAspect;
 constexpr double kLetterStep = kLetterWidth + 0.035;
 constexpr double kWordLeft = 0.34;
 
-constexpr double kOpen = 0.85;
-constexpr double kPinched = 0.12;
 constexpr double kFarSize = 0.13;
 constexpr double kNearSize = 0.25;
 

@@ -11,6 +11,10 @@ namespace sample_clip {
 constexpr double kFramesPerSecond = 30;
 constexpr double kAspect = 16.0 / 9;
 
+/// Gaps between thumb and index finger as shares of the hand's size.
+constexpr double kOpen = 0.85;
+constexpr double kPinched = 0.12;
+
 /// The hand that writes, in canvas coordinates as the painter sees them in the mirror.
 struct WritingHand {
   strokes::Point pen;  ///< Middle between thumb tip and index tip.

@@ -1,20 +1,24 @@
-// Makes the sample clip's raw material in a folder: frames.bgra (640x360 pixels, 30 a second),
-// hands.jsonl (what a careful detector sees) and path.json (the lines the painter means).
-// usage: sample_clip FOLDER
+// Makes the sample clip's raw material in a folder: frames.bgra (kWidth x kHeight pixels, 30 a
+// second), hands.jsonl (what a careful detector would see) and path.json (the lines that the pen
+// really took).
+// usage: sample_clip HUMAN_FOLDER FOLDER [SEED]
 
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
+#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
 #include <random>
+#include <string>
 #include <vector>
 
 #include "platform/recorded/hand_log.h"
+#include "tools/sample_clip/actor.h"
 #include "tools/sample_clip/choreography.h"
-#include "tools/sample_clip/posture.h"
-#include "tools/sample_clip/sketch.h"
+#include "tools/sample_clip/room.h"
 
 namespace sample_clip {
 namespace {
@@ -22,39 +26,37 @@ namespace {
 constexpr int kWidth = 640;
 constexpr int kHeight = 360;
 
+/// How unsure a good detector is of a joint, in picture heights.
+constexpr double kJointNoise = 0.0008;
+
 /// Enough digits for a picture of any size.
 double rounded(double value) {
   return std::round(value * 1e5) / 1e5;
 }
 
-/// How unsure a good detector is of a joint, in shares of the hand's size.
-constexpr double kJointNoise = 0.006;
-
-void writeFrames(const Performance& performance, const std::filesystem::path& path) {
-  std::ofstream file(path, std::ios::binary);
-  for (const Moment& moment : performance.moments) {
-    const pixels::Surface picture = sketch(moment, kWidth, kHeight);
-    for (int y = 0; y < kHeight; ++y) {
-      file.write(reinterpret_cast<const char*>(picture.row(y)), kWidth * 4);
-    }
+void addNoise(std::mt19937& random, platform::HandObservation& hand) {
+  std::normal_distribution<double> noise(0, kJointNoise);
+  for (auto& joint : hand.points) {
+    joint->x = rounded(joint->x + noise(random) / kAspect);
+    joint->y = rounded(joint->y + noise(random));
   }
 }
 
-void writeHands(const Performance& performance, const std::filesystem::path& path) {
-  std::ofstream file(path);
+void film(const Performance& performance, Actor& actor, const std::filesystem::path& folder) {
+  std::ofstream frames(folder / "frames.bgra", std::ios::binary);
+  std::ofstream hands(folder / "hands.jsonl");
   std::mt19937 random(20);
-  std::normal_distribution<double> noise;
+  const pixels::Surface empty = room(kWidth, kHeight);
   for (std::size_t i = 0; i < performance.moments.size(); ++i) {
-    std::vector<platform::HandObservation> seen;
-    for (const HandPosture& hand : handsAt(performance.moments[i])) {
-      if (hand.wrist.y < 0) continue;
-      seen.push_back(observed(hand));
-      for (auto& joint : seen.back().points) {
-        joint->x = rounded(joint->x + noise(random) * kJointNoise * hand.size / kAspect);
-        joint->y = rounded(joint->y + noise(random) * kJointNoise * hand.size);
-      }
+    Shot shot = actor.film(performance.moments[i], kWidth, kHeight);
+    pixels::Surface picture = empty;
+    putOver(shot.picture, picture);
+    for (int y = 0; y < kHeight; ++y) {
+      frames.write(reinterpret_cast<const char*>(picture.row(y)), kWidth * 4);
     }
-    file << platform::toLine({rounded(static_cast<double>(i) / kFramesPerSecond), seen}) << '\n';
+    for (platform::HandObservation& hand : shot.hands) addNoise(random, hand);
+    hands << platform::toLine({rounded(static_cast<double>(i) / kFramesPerSecond), shot.hands})
+          << '\n';
   }
 }
 
@@ -63,8 +65,9 @@ void writePath(const Performance& performance, const std::filesystem::path& path
   json["framesPerSecond"] = kFramesPerSecond;
   for (const PlannedStroke& stroke : performance.strokes) {
     nlohmann::ordered_json line{{"name", stroke.name}, {"color", stroke.colorIndex}};
-    for (const strokes::Point& point : stroke.points)
+    for (const strokes::Point& point : stroke.points) {
       line["points"].push_back({rounded(point.x), rounded(point.y)});
+    }
     json["strokes"].push_back(line);
   }
   std::ofstream(path) << json.dump() << '\n';
@@ -74,14 +77,19 @@ void writePath(const Performance& performance, const std::filesystem::path& path
 }  // namespace sample_clip
 
 int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::fprintf(stderr, "usage: sample_clip FOLDER\n");
+  if (argc != 3 && argc != 4) {
+    std::fprintf(stderr, "usage: sample_clip HUMAN_FOLDER FOLDER [SEED]\n");
     return 2;
   }
-  const std::filesystem::path folder = argv[1];
-  const sample_clip::Performance performance = sample_clip::perform();
-  sample_clip::writeFrames(performance, folder / "frames.bgra");
-  sample_clip::writeHands(performance, folder / "hands.jsonl");
-  sample_clip::writePath(performance, folder / "path.json");
+  try {
+    const std::filesystem::path folder = argv[2];
+    sample_clip::Actor actor(argv[1], argc == 4 ? std::stoull(argv[3]) : 1);
+    const sample_clip::Performance performance = sample_clip::perform();
+    sample_clip::film(performance, actor, folder);
+    sample_clip::writePath(performance, folder / "path.json");
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "sample_clip: %s\n", error.what());
+    return 1;
+  }
   return 0;
 }

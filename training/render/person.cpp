@@ -117,27 +117,18 @@ std::vector<Vec3> normalsOf(const std::vector<Vec3>& vertices,
   return normals;
 }
 
-Person randomPerson(const Human& human, bool isForHands, Random& random) {
-  const Body body = human.randomBody(random);
-  const HandRig rig(body, human);
+Person posedPerson(const Human& human, const Body& body, const HandRig& rig,
+                   const PersonPose& pose) {
   Person person;
   person.neck = body.neck;
   person.shoulder = body.boneHead[kUpperArm1];
   person.handSize = rig.size;
   std::array<Rigid, kTransforms> transforms;
-  transforms[kHead] = about(body.neck, rotation({0, 1, 0}, radians(random.normal(18))) *
-                                           rotation({1, 0, 0}, radians(random.normal(8))) *
-                                           rotation({0, 0, 1}, radians(random.normal(7))));
-  const int raised = random.chance(0.3f)    ? 2
-                     : random.chance(0.06f) ? 3
-                                            : random.below(2);  // 2: both, 3: none.
+  transforms[kHead] = pose.head;
   for (int side = 0; side < 2; ++side) {
     const auto s = static_cast<size_t>(side);
-    person.isRaised[s] = raised == 2 || raised == side;
-    person.gestures[s] = person.isRaised[s] ? randomGesture(random) : Gesture::relaxed;
-    const ArmPose arm = randomArm(rig, person.isRaised[s], isForHands, person.gestures[s], random);
     ArmTransforms t;
-    rig.pose(arm, t);
+    rig.pose(pose.arms[s], t);
     for (size_t bone = 0; bone < kArmBones; ++bone) {
       transforms[static_cast<size_t>(side == 0 ? kLeftArm : kRightArm) + bone] =
           side == 0 ? t[bone] : mirrored(t[bone]);
@@ -158,6 +149,30 @@ Person randomPerson(const Human& human, bool isForHands, Random& random) {
     person.vertices[v] = sum;
   }
   person.normals = normalsOf(person.vertices, human.triangles());
+  return person;
+}
+
+Person randomPerson(const Human& human, bool isForHands, Random& random) {
+  const Body body = human.randomBody(random);
+  const HandRig rig(body, human);
+  PersonPose pose;
+  pose.head = about(body.neck, rotation({0, 1, 0}, radians(random.normal(18))) *
+                                   rotation({1, 0, 0}, radians(random.normal(8))) *
+                                   rotation({0, 0, 1}, radians(random.normal(7))));
+  const int raised = random.chance(0.3f)    ? 2
+                     : random.chance(0.06f) ? 3
+                                            : random.below(2);  // 2: both, 3: none.
+  std::array<bool, 2> isRaised{};
+  std::array<Gesture, 2> gestures{};
+  for (int side = 0; side < 2; ++side) {
+    const auto s = static_cast<size_t>(side);
+    isRaised[s] = raised == 2 || raised == side;
+    gestures[s] = isRaised[s] ? randomGesture(random) : Gesture::relaxed;
+    pose.arms[s] = randomArm(rig, isRaised[s], isForHands, gestures[s], random);
+  }
+  Person person = posedPerson(human, body, rig, pose);
+  person.isRaised = isRaised;
+  person.gestures = gestures;
   return person;
 }
 

@@ -14,6 +14,16 @@ struct Person {
   float handSize = 0;
 };
 
+/// How a person holds themselves.
+struct PersonPose {
+  Rigid head;
+  std::array<ArmPose, 2> arms;  ///< Left arm; right arm as the left one of the mirror image.
+};
+
+/// `body` in a pose. Gestures and raised hands are left as they are.
+Person posedPerson(const Human& human, const Body& body, const HandRig& rig,
+                   const PersonPose& pose);
+
 /// Draws a body, turns the head, raises one or both hands and skins the mesh.
 /// `isForHands`: hands are shown to the camera in every direction rather than as at a webcam.
 Person randomPerson(const Human& human, bool isForHands, Random& random);

@@ -19,10 +19,13 @@ class Studio {
   Record crop(Random& random) const;
   /// A person before a webcam.
   Record scene(Random& random) const;
-
- private:
+  /// `person` as `camera` sees them; `random` lights the room. The camera's samples are twice as
+  /// many each way as the pixels. `focus`: the middle of the part, `shadowReach` decimetres to each
+  /// side, that throws shadows.
   Record take(const Person& person, const Camera& camera, const Look& look, int width, int height,
               Vec3 focus, float shadowReach, Random& random) const;
+
+ private:
   void label(const Person& person, const Camera& camera, const Canvas& canvas, size_t side,
              HandLabel& hand) const;
 

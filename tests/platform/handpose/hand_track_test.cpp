@@ -51,10 +51,5 @@ TEST(HandTrack, AMissedHandStaysWhereItWasWithLessScore) {
   EXPECT_EQ(track.misses(), 0);
 }
 
-TEST(HandTrack, AHandWithUnsureJointsScoresLess) {
-  const HandBox box{{100, 100}, 80, 0};
-  EXPECT_LT(scoreOf({openHand(box, 0.2), 0.9, 0.5}), scoreOf({openHand(box, 0.9), 0.9, 0.5}));
-}
-
 }  // namespace
 }  // namespace platform::handpose

@@ -44,6 +44,20 @@ TEST(StillPicture, LooksAgainInTheCropThatTheFirstLookGave) {
   EXPECT_NEAR(vision.reads[1].angle, 0.4, 1e-6);
 }
 
+TEST(StillPicture, SeveralLooksAtOneHandGiveTheirMean) {
+  ScriptedHandVision vision;
+  vision.hands = {{.box = {{300, 200}, 100, 0}, .right = 0.9}};
+  const auto hands = handsInStillPicture(vision, picture(), 2);
+  ASSERT_TRUE(hands);
+  ASSERT_EQ(hands.value().size(), 1u);
+  const Landmarks expected = test_support::openHand({{300, 200}, 100, 0});
+  for (std::size_t i = 0; i < kJointCount; ++i) {
+    EXPECT_NEAR(distance(hands.value()[0].landmarks[i].at, expected[i].at), 0, 1e-9);
+    EXPECT_NEAR(hands.value()[0].landmarks[i].confidence, 0.9, 1e-9);
+  }
+  EXPECT_EQ(hands.value()[0].chirality, Chirality::right);
+}
+
 TEST(StillPicture, TwoCandidatesOnOneHandAreReportedOnce) {
   ScriptedHandVision vision;
   vision.hands = {{.box = {{300, 200}, 100, 0}}};

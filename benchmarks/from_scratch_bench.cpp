@@ -1,0 +1,38 @@
+// Whole pictures from nothing, as for saving.
+
+#include <benchmark/benchmark.h>
+
+#include "render/canvas_renderer.h"
+#include "scenes.h"
+
+namespace bench {
+namespace {
+
+void drawFromScratch(benchmark::State& state, const render::RenderScene& scene, pixels::Size size) {
+  pixels::Surface surface(static_cast<int>(size.width), static_cast<int>(size.height));
+  for (auto _ : state) {
+    render::CanvasRenderer::render(scene, {surface.view(), 1}, size);
+    benchmark::DoNotOptimize(surface.row(0));
+    benchmark::ClobberMemory();
+  }
+}
+
+render::RenderScene overCamera(render::RenderScene scene) {
+  scene.background = render::CanvasBackground::camera;
+  scene.frame = cameraPicture();
+  return scene;
+}
+
+#define FROM_SCRATCH(name, scene, size) \
+  BENCHMARK_CAPTURE(drawFromScratch, name, scene, size)->Unit(benchmark::kMillisecond)
+
+FROM_SCRATCH(strokes20_glow_720p, painting(20, 100, true), k720p);
+FROM_SCRATCH(strokes100_glow_1080p, painting(100, 200, true), k1080p);
+FROM_SCRATCH(strokes100_plain_1080p, painting(100, 200, false), k1080p);
+FROM_SCRATCH(strokes100_glow_2160p, painting(100, 200, true), k2160p);
+FROM_SCRATCH(camera_1080p, overCamera(painting(0, 0, true)), k1080p);
+FROM_SCRATCH(camera_2160p, overCamera(painting(0, 0, true)), k2160p);
+FROM_SCRATCH(empty_black_1080p, painting(0, 0, true), k1080p);
+
+}  // namespace
+}  // namespace bench

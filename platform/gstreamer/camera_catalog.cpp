@@ -1,0 +1,47 @@
+#include "platform/gstreamer/camera_catalog.h"
+
+namespace platform::gstreamer {
+namespace {
+
+// Within this time PipeWire's own thread has put away what it held of a daemon that has ended.
+constexpr auto kMourning = std::chrono::milliseconds(200);
+
+}  // namespace
+
+// PipeWire 0.3.65 frees the same memory twice when it is left while its daemon lives: its provider
+// does not hold off the thread that it shares the connection with.
+CameraCatalog::~CameraCatalog() {
+  if (pipeWire_ && daemonLives()) pipeWire_->abandon();
+}
+
+// The two are asked one by one: a device monitor over both would hide the video devices as soon as
+// PipeWire answers.
+std::optional<Camera> CameraCatalog::defaultCamera() {
+  const std::lock_guard guard(lock_);
+  followDaemon();
+  if (!devices_) devices_.emplace("v4l2deviceprovider");
+  if (pipeWire_ && daemonLives()) {
+    if (auto camera = pipeWire_->firstCamera()) return camera;
+  }
+  return devices_->firstCamera();
+}
+
+bool CameraCatalog::lists(const Camera& camera) {
+  const std::lock_guard guard(lock_);
+  return (pipeWire_ && daemonLives() && pipeWire_->lists(camera)) ||
+         (devices_ && devices_->lists(camera));
+}
+
+void CameraCatalog::followDaemon() {
+  if (daemonLives()) return;
+  if (pipeWire_) {
+    if (!daemonEnded_) daemonEnded_ = Clock::now();
+    if (Clock::now() - *daemonEnded_ < kMourning) return;
+    pipeWire_.reset();
+    daemonEnded_.reset();
+  }
+  daemon_.emplace();
+  if (daemon_->isAlive()) pipeWire_.emplace("pipewiredeviceprovider");
+}
+
+}  // namespace platform::gstreamer

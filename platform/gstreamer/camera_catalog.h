@@ -1,0 +1,42 @@
+#pragma once
+
+#include <chrono>
+#include <mutex>
+#include <optional>
+
+#include "platform/gstreamer/camera.h"
+#include "platform/gstreamer/camera_provider.h"
+#include "platform/gstreamer/daemon_watch.h"
+
+namespace platform::gstreamer {
+
+/// Knows the cameras that are connected at this moment: those of PipeWire, and the video devices
+/// themselves, because PipeWire may be missing or know none. Follows PipeWire's daemon through its
+/// end and return. Looks at nothing before the first question. Any thread.
+class CameraCatalog {
+ public:
+  CameraCatalog() = default;
+  ~CameraCatalog();
+  CameraCatalog(const CameraCatalog&) = delete;
+  CameraCatalog& operator=(const CameraCatalog&) = delete;
+
+  /// PipeWire's first camera; without one the first video device; none when there is neither.
+  std::optional<Camera> defaultCamera();
+
+  /// Whether the camera is still connected.
+  bool lists(const Camera& camera);
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  void followDaemon();
+  bool daemonLives() const { return daemon_ && daemon_->isAlive(); }
+
+  std::mutex lock_;
+  std::optional<DaemonWatch> daemon_;
+  std::optional<CameraProvider> pipeWire_;
+  std::optional<Clock::time_point> daemonEnded_;  // When that was noticed.
+  std::optional<CameraProvider> devices_;
+};
+
+}  // namespace platform::gstreamer

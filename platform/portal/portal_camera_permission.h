@@ -1,0 +1,42 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/camera_permission.h"
+#include "platform/main_queue.h"
+#include "platform/serial_queue.h"
+
+namespace platform::portal {
+
+class DesktopBus;
+
+/// The permission that the desktop's portal keeps for us. Asks it on a queue of its own, so that a
+/// service which hangs delays only the answer.
+class PortalCameraPermission final : public CameraPermission {
+ public:
+  /// Both outlive this.
+  PortalCameraPermission(SerialQueueFactory& queues, MainQueue& mainQueue);
+  ~PortalCameraPermission() override;
+
+  void read(std::function<void(CameraAuthorization)> answer) override;
+  void request(std::function<void(bool granted)> answer) override;
+
+ private:
+  enum class Service { present, absent, silent };
+  enum class Stored { yes, no, nothing };
+
+  CameraAuthorization lookUp();
+  bool ask();
+  Stored storedAnswer();
+  Service cameraService();
+  template <class Value>
+  void tell(std::function<void(Value)> answer, Value value);
+
+  MainQueue& mainQueue_;
+  const std::unique_ptr<DesktopBus> bus_;  // Of the queue, but for its cancelling.
+  bool isForbidden_ = false;  // Of the queue. The portal has said so; only it knows the policy.
+  std::shared_ptr<const char> life_ = std::make_shared<const char>();
+  std::unique_ptr<SerialQueue> queue_;
+};
+
+}  // namespace platform::portal

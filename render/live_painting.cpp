@@ -1,0 +1,277 @@
+#include "render/live_painting.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "render/fading.h"
+#include "render/stroke_colors.h"
+
+namespace render {
+
+namespace {
+
+// For pictures of tiles to go back to when strokes are undone.
+constexpr std::size_t kCheckpointBytes = 140u << 20;
+constexpr std::size_t kFewestCheckpoints = 2, kMostCheckpoints = 12;
+// For the shares of fading strokes, laid anew every frame.
+constexpr std::size_t kKeptShareBytes = 128u << 20;
+
+double alphaOf(const RenderScene& scene, const strokes::Stroke& stroke) {
+  const double alpha = fadeAlpha(scene, stroke);
+  return alpha > 0 ? std::min(alpha, 1.0) : 0;
+}
+
+bool isSamePoint(const strokes::StrokePoint& a, const strokes::StrokePoint& b) {
+  const auto isSame = [](double x, double y) { return x == y || (std::isnan(x) && std::isnan(y)); };
+  return isSame(a.x, b.x) && isSame(a.y, b.y) && isSame(a.w, b.w);
+}
+
+}  // namespace
+
+const std::vector<int>& LivePainting::update(const RenderScene& scene, const CanvasMapping& mapping,
+                                             int width, int height) {
+  changed_.clear();
+  if (!follows(scene, mapping, width, height)) {
+    mapping_ = mapping;
+    glow_ = scene.glow;
+    area_ = {0, 0, width, height};
+    tilesRect_ = tilesAround(area_);
+    entries_.clear();
+    tiles_.clear();
+    stale_.clear();
+    keptBytes_ = 0;
+    const auto count = static_cast<std::size_t>(tilesRect_.width()) *
+                       static_cast<std::size_t>(tilesRect_.height());
+    tiles_.resize(count);
+    mostCheckpoints_ =
+        std::clamp(kCheckpointBytes / std::max<std::size_t>(count * sizeof(PaintTile), 1),
+                   kFewestCheckpoints, kMostCheckpoints);
+    isBuilding_ = true;
+  }
+  takeAwayMissing(scene);
+  if (!entries_.empty()) {
+    const std::size_t last = entries_.size() - 1;
+    grow(entries_[last], scene.strokes[last]);
+  }
+  addNew(scene);
+  if (!isBuilding_ || stale_.empty()) fadeAll(scene);
+  paintStale(scene);
+  if (isBuilding_ && stale_.empty()) {
+    // Meanwhile time has gone on.
+    isBuilding_ = false;
+    fadeAll(scene);
+    paintStale(scene);
+  }
+  return changed_;
+}
+
+bool LivePainting::follows(const RenderScene& scene, const CanvasMapping& mapping, int width,
+                           int height) {
+  return mapping == mapping_ && scene.glow == glow_ && area_ == PixelRect{0, 0, width, height};
+}
+
+void LivePainting::takeAwayMissing(const RenderScene& scene) {
+  // Entries that are in the scene keep their order, so one pass over both finds the others.
+  std::size_t place = 0;
+  std::vector<Entry> kept;
+  kept.reserve(entries_.size());
+  for (Entry& entry : entries_) {
+    const auto matches = [&entry](const strokes::Stroke& stroke) {
+      return stroke.id == entry.id && stroke.colorIndex == entry.colorIndex &&
+             stroke.points.size() >= entry.pointCount &&
+             (entry.pointCount == 0 ||
+              isSamePoint(stroke.points[entry.pointCount - 1], entry.lastPoint));
+    };
+    if (place < scene.strokes.size() && matches(scene.strokes[place])) {
+      kept.push_back(std::move(entry));
+      ++place;
+    } else {
+      takeAway(entry);
+    }
+  }
+  entries_ = std::move(kept);
+}
+
+void LivePainting::takeAway(const Entry& entry) {
+  for (const int index : entry.tiles) {
+    LiveTile& tile = tiles_[static_cast<std::size_t>(index)];
+    if (const auto shares = tile.keptShares().find(entry.serial);
+        shares != tile.keptShares().end() && shares->second)
+      keptBytes_ -= sizeof(TileShares);
+    tile.remove(entry.serial);
+    markChanged(index);
+  }
+}
+
+void LivePainting::markChanged(int tile) {
+  if (tiles_[static_cast<std::size_t>(tile)].isStale()) {
+    stale_.push_back(tile);
+  } else {
+    changed_.push_back(tile);
+  }
+}
+
+void LivePainting::join(Entry& entry, const strokes::StrokePoints& points) {
+  StrokeShape shape;
+  shape.outline(points, mapping_, glow_, area_);
+  const PixelRect reached = shape.tiles().intersected(tilesRect_);
+  for (int y = reached.top; y < reached.bottom; ++y) {
+    for (int x = reached.left; x < reached.right; ++x) {
+      if (!shape.isReached(x, y)) continue;
+      const int index = y * tilesRect_.width() + x;
+      LiveTile& tile = tiles_[static_cast<std::size_t>(index)];
+      if (tile.holds(entry.serial)) {
+        tile.change(entry.serial);
+        if (tile.keptShares().erase(entry.serial) > 0) keptBytes_ -= sizeof(TileShares);
+      } else {
+        tile.add(entry.serial, !isFading(tile), mostCheckpoints_);
+        entry.tiles.push_back(index);
+      }
+      stale_.push_back(index);
+    }
+  }
+}
+
+void LivePainting::grow(Entry& entry, const strokes::Stroke& stroke) {
+  const std::size_t before = entry.pointCount, now = stroke.points.size();
+  if (now == before) return;
+  // The last segment ran straight to the last point and bends there now.
+  const std::size_t first = before >= 2 ? before - 2 : 0;
+  const auto pointsFrom = [&](std::size_t from, std::size_t to) {
+    return strokes::StrokePoints(std::vector<strokes::StrokePoint>(stroke.points.begin() + from,
+                                                                   stroke.points.begin() + to));
+  };
+  join(entry, pointsFrom(first, before));
+  join(entry, pointsFrom(first, now));
+  entry.pointCount = now;
+  entry.lastPoint = stroke.points.back();
+}
+
+void LivePainting::addNew(const RenderScene& scene) {
+  for (std::size_t i = entries_.size(); i < scene.strokes.size(); ++i) {
+    const strokes::Stroke& stroke = scene.strokes[i];
+    Entry& entry = entries_.emplace_back();
+    entry.serial = nextSerial_++;
+    entry.id = stroke.id;
+    entry.colorIndex = stroke.colorIndex;
+    entry.alpha = alphaOf(scene, stroke);
+    anyFades_ = anyFades_ || entry.alpha < 1;
+    entry.pointCount = stroke.points.size();
+    if (!stroke.points.empty()) entry.lastPoint = stroke.points.back();
+    join(entry, stroke.points);
+  }
+}
+
+void LivePainting::fadeAll(const RenderScene& scene) {
+  anyFades_ = false;
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    Entry& entry = entries_[i];
+    const double alpha = alphaOf(scene, scene.strokes[i]);
+    anyFades_ = anyFades_ || alpha < 1;
+    if (alpha == entry.alpha) continue;
+    entry.alpha = alpha;
+    for (const int index : entry.tiles) {
+      tiles_[static_cast<std::size_t>(index)].change(entry.serial);
+      stale_.push_back(index);
+    }
+  }
+}
+
+const LivePainting::Entry& LivePainting::entryOf(std::uint64_t serial) const {
+  return *std::lower_bound(
+      entries_.begin(), entries_.end(), serial,
+      [](const Entry& entry, std::uint64_t wanted) { return entry.serial < wanted; });
+}
+
+bool LivePainting::isFading(const LiveTile& tile) const {
+  return anyFades_ &&
+         std::any_of(tile.strokes().begin(), tile.strokes().end(),
+                     [this](std::uint64_t serial) { return entryOf(serial).alpha < 1; });
+}
+
+bool LivePainting::isUnsettledAfter(const LiveTile& tile, std::uint64_t serial) const {
+  // The next stroke above will change with the next frame, while this one and those below stay.
+  const auto& strokes = tile.strokes();
+  const auto next = std::upper_bound(strokes.begin(), strokes.end(), serial);
+  if (next == strokes.end()) return false;
+  const bool willChange = *next == entries_.back().serial || entryOf(*next).alpha < 1;
+  return willChange && std::all_of(strokes.begin(), next, [this](std::uint64_t below) {
+           return entryOf(below).alpha >= 1;
+         });
+}
+
+void LivePainting::paintStale(const RenderScene& scene) {
+  std::sort(stale_.begin(), stale_.end());
+  stale_.erase(std::unique(stale_.begin(), stale_.end()), stale_.end());
+  const auto isFresh = [this](int tile) {
+    return !tiles_[static_cast<std::size_t>(tile)].isStale();
+  };
+  stale_.erase(std::remove_if(stale_.begin(), stale_.end(), isFresh), stale_.end());
+  if (stale_.empty()) return;
+  std::uint64_t first = nextSerial_;
+  for (const int tile : stale_)
+    first = std::min(first, tiles_[static_cast<std::size_t>(tile)].nextStroke());
+  int work = 0;
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    if (entries_[i].serial < first) continue;
+    work += layEverywhere(i, scene.strokes[i]);
+    // Fading is never late: half a fade shown for one stroke and not for another would look wrong.
+    if (work >= workPerUpdate_ && (isBuilding_ || !anyFades_)) break;
+  }
+  stale_.erase(std::remove_if(stale_.begin(), stale_.end(), isFresh), stale_.end());
+}
+
+int LivePainting::layEverywhere(std::size_t index, const strokes::Stroke& stroke) {
+  const Entry& entry = entries_[index];
+  std::vector<int> wanted;
+  PixelRect missing;  // In tiles: where the stroke's shares are not at hand.
+  for (const int number : entry.tiles) {
+    LiveTile& tile = tiles_[static_cast<std::size_t>(number)];
+    if (!tile.isStale() || tile.nextStroke() != entry.serial) continue;
+    wanted.push_back(number);
+    const int x = number % tilesRect_.width(), y = number / tilesRect_.width();
+    if (entry.alpha > 0 && !tile.keptShares().contains(entry.serial))
+      missing = missing.united({x, y, x + 1, y + 1});
+  }
+  StrokeShape shape;
+  if (!missing.isEmpty())
+    shape.build(stroke.points, mapping_, glow_, pixelsOfTiles(missing).intersected(area_));
+  const StrokeColors colors = strokeColors(entry.colorIndex);
+  for (const int number : wanted) {
+    LiveTile& tile = tiles_[static_cast<std::size_t>(number)];
+    const int x = number % tilesRect_.width(), y = number / tilesRect_.width();
+    PaintTile& paint = tile.workPaint();
+    auto& kept = tile.keptShares();
+    if (const auto found = kept.find(entry.serial); found != kept.end()) {
+      layShares(*found->second, colors, entry.alpha, paint);
+    } else if (entry.alpha > 0) {
+      if (isFading(tile) && keptBytes_ < kKeptShareBytes) {
+        auto shares = std::make_unique<TileShares>();
+        if (!brush_.shares(shape, x, y, *shares)) *shares = {};
+        layShares(*shares, colors, entry.alpha, paint);
+        kept.emplace(entry.serial, std::move(shares));
+        keptBytes_ += sizeof(TileShares);
+      } else {
+        brush_.lay(shape, colors, entry.alpha, x, y, paint);
+      }
+    }
+    if (tile.finishStroke(isUnsettledAfter(tile, entry.serial), mostCheckpoints_)) {
+      changed_.push_back(number);
+      if (!kept.empty() && !isFading(tile)) {
+        keptBytes_ -= kept.size() * sizeof(TileShares);
+        kept.clear();
+      }
+    }
+  }
+  return static_cast<int>(wanted.size());
+}
+
+std::size_t LivePainting::bytesHeld() const {
+  std::size_t bytes = keptBytes_;
+  for (const LiveTile& tile : tiles_) bytes += tile.bytesHeld();
+  for (const Entry& entry : entries_) bytes += sizeof entry + entry.tiles.capacity() * sizeof(int);
+  return bytes;
+}
+
+}  // namespace render

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "render/canvas_mapping.h"
+#include "render/live_tile.h"
+#include "render/pixel_rect.h"
+#include "render/render_scene.h"
+#include "render/tile_brush.h"
+
+namespace render {
+
+/// The strokes of a scene as a layer of tiles that follows the scene from frame to frame and paints
+/// only what has changed. What it shows once it is complete equals the strokes drawn from scratch,
+/// bit for bit.
+///
+/// Relies on what a painting does: a stroke's points only grow at the end, strokes never change
+/// their order, and new ones come last. Main thread only.
+class LivePainting {
+ public:
+  /// `workPerUpdate`: how many strokes are laid over tiles in one update at most, so that a
+  /// painting with a thousand strokes cannot hold up a frame.
+  explicit LivePainting(int workPerUpdate) : workPerUpdate_(workPerUpdate) {}
+
+  /// Follows the scene. Returns the tiles, counted row by row, whose picture is another one now.
+  const std::vector<int>& update(const RenderScene& scene, const CanvasMapping& mapping, int width,
+                                 int height);
+
+  /// True while a painting is built up from nothing, over several updates; no tile counts until
+  /// then.
+  bool isBuilding() const { return isBuilding_; }
+
+  /// Whether every tile shows the scene; otherwise some show an earlier one.
+  bool isUpToDate() const { return stale_.empty(); }
+
+  /// Tiles of the canvas, counted from its top left corner.
+  const PixelRect& tiles() const { return tilesRect_; }
+  /// Null where nothing is painted.
+  const PaintTile* paintOf(int tile) const {
+    return tiles_[static_cast<std::size_t>(tile)].shown().get();
+  }
+
+  /// Bytes held, roughly.
+  std::size_t bytesHeld() const;
+
+ private:
+  /// What is known of one stroke of the scene.
+  struct Entry {
+    std::uint64_t serial = 0;
+    strokes::StrokeId id;
+    int colorIndex = 0;
+    double alpha = 1;
+    std::size_t pointCount = 0;
+    strokes::StrokePoint lastPoint;
+    std::vector<int> tiles;
+  };
+
+  bool follows(const RenderScene& scene, const CanvasMapping& mapping, int width, int height);
+  void takeAwayMissing(const RenderScene& scene);
+  void takeAway(const Entry& entry);
+  void grow(Entry& entry, const strokes::Stroke& stroke);
+  void addNew(const RenderScene& scene);
+  void fadeAll(const RenderScene& scene);
+  void join(Entry& entry, const strokes::StrokePoints& points);
+  void markChanged(int tile);
+  void paintStale(const RenderScene& scene);
+  int layEverywhere(std::size_t index, const strokes::Stroke& stroke);
+  bool isUnsettledAfter(const LiveTile& tile, std::uint64_t serial) const;
+  bool isFading(const LiveTile& tile) const;
+  const Entry& entryOf(std::uint64_t serial) const;
+
+  int workPerUpdate_;
+  CanvasMapping mapping_;
+  PixelRect area_;
+  PixelRect tilesRect_;
+  bool glow_ = false;
+  bool isBuilding_ = false;
+  bool anyFades_ = false;  // Whether any entry's alpha is below 1.
+  std::uint64_t nextSerial_ = 0;
+  std::vector<Entry> entries_;  // As many as the scene has strokes, in its order.
+  std::vector<LiveTile> tiles_;
+  std::vector<int> stale_;    // Tiles with isStale().
+  std::vector<int> changed_;  // By the running update.
+  std::size_t mostCheckpoints_ = 2;
+  std::size_t keptBytes_ = 0;  // Of all tiles' keptShares().
+  TileBrush brush_;
+};
+
+}  // namespace render

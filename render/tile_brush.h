@@ -1,0 +1,41 @@
+#pragma once
+
+#include <vector>
+
+#include "render/glow_layer.h"
+#include "render/paint_tile.h"
+#include "render/stroke_shape.h"
+#include "render/tile_coverage.h"
+
+namespace render {
+
+/// Lays strokes over tiles. Holds nothing but room to work in; one for each thread.
+class TileBrush {
+ public:
+  /// The shares of `shape` in tile (tileX, tileY) before fading; false, and nothing written, when
+  /// it has none there.
+  bool shares(const StrokeShape& shape, int tileX, int tileY, TileShares& shares);
+
+  /// Lays the part of `shape` that falls into tile (tileX, tileY), fading by `alpha`, 0 to 1, over
+  /// what is painted there.
+  void lay(const StrokeShape& shape, const StrokeColors& colors, double alpha, int tileX, int tileY,
+           PaintTile& tile);
+
+ private:
+  bool open(const StrokeShape& shape, int tileX, int tileY);
+  void row(int y, TileRowShares& shares) const;
+
+  std::vector<CurvePiece> near_;
+  bool glow_ = false;
+  bool hasWide_ = false;
+  bool hasNarrow_ = false;
+  bool hasBody_ = false;
+  GlowTile wide_;
+  GlowTile narrow_;
+  TileCoverage coverage_;
+};
+
+/// Lays a tile's shares, fading by `alpha`, 0 to 1, over what is painted there.
+void layShares(const TileShares& shares, const StrokeColors& colors, double alpha, PaintTile& tile);
+
+}  // namespace render

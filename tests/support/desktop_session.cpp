@@ -1,0 +1,103 @@
+#include "tests/support/desktop_session.h"
+
+#include <chrono>
+#include <cstdlib>
+#include <initializer_list>
+#include <sstream>
+#include <thread>
+#include <vector>
+
+namespace support {
+namespace {
+
+namespace fs = std::filesystem;
+
+void waitForFile(const fs::path& file) {
+  for (int i = 0; i < 200 && !fs::exists(file); ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(25));
+  }
+}
+
+std::vector<std::string> words(const std::string& text) {
+  std::istringstream stream(text);
+  std::vector<std::string> result;
+  for (std::string word; stream >> word;) result.push_back(word);
+  return result;
+}
+
+std::vector<std::string> cameraCommand(const std::string& caps, const std::string& name) {
+  const bool jpeg = caps.starts_with("image/jpeg");
+  auto command = words("gst-launch-1.0 -q videotestsrc is-live=true pattern=smpte !");
+  if (jpeg) {
+    const auto encoded =
+        words("video/x-raw,format=I420" + caps.substr(caps.find(',')) + " ! jpegenc quality=95 !");
+    command.insert(command.end(), encoded.begin(), encoded.end());
+  }
+  const auto rest = words(caps + " ! pipewiresink mode=provide");
+  command.insert(command.end(), rest.begin(), rest.end());
+  std::string escaped;
+  for (const char letter : name) escaped += letter == ' ' ? "\\ " : std::string(1, letter);
+  command.push_back(
+      "stream-properties=p,media.class=Video/Source,media.role=Camera,node.name=virtual-camera,"
+      "node.description=\"" +
+      escaped + "\"");
+  return command;
+}
+
+}  // namespace
+
+std::optional<std::string> DesktopSession::missing() {
+  for (const char* program : {"dbus-daemon", "pipewire", "wireplumber", "gst-launch-1.0"}) {
+    if (!ChildProcess::isInstalled(program)) return std::string(program) + " is not installed";
+  }
+  return std::nullopt;
+}
+
+DesktopSession::DesktopSession() {
+  std::string name = (fs::temp_directory_path() / "wavescribe-test-XXXXXX").string();
+  folder_ = mkdtemp(name.data());
+  for (const char* variable : {"XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_DATA_HOME",
+                               "XDG_STATE_HOME", "XDG_CACHE_HOME", "HOME"}) {
+    const fs::path folder =
+        std::string(variable) == "XDG_RUNTIME_DIR" ? folder_ : folder_ / variable;
+    fs::create_directories(folder);
+    fs::permissions(folder, fs::perms::owner_all);
+    setenv(variable, folder.c_str(), 1);
+  }
+  const std::string address = "unix:path=" + (folder_ / "bus").string();
+  setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
+  const std::vector<std::string> command{"dbus-daemon", "--session", "--nofork", "--nopidfile",
+                                         "--address=" + address};
+  bus_ = std::make_unique<ChildProcess>(command, (folder_ / "bus.log").string());
+  waitForFile(folder_ / "bus");
+}
+
+DesktopSession::~DesktopSession() {
+  killPipeWire();
+  bus_.reset();
+  std::error_code ignored;
+  fs::remove_all(folder_, ignored);
+}
+
+void DesktopSession::startPipeWire() {
+  const auto log = [this](const char* name) { return (folder_ / name).string(); };
+  pipeWire_ =
+      std::make_unique<ChildProcess>(std::vector<std::string>{"pipewire"}, log("pipewire.log"));
+  waitForFile(folder_ / "pipewire-0");
+  sessionManager_ = std::make_unique<ChildProcess>(std::vector<std::string>{"wireplumber"},
+                                                   log("wireplumber.log"));
+  std::this_thread::sleep_for(std::chrono::seconds(1));
+}
+
+void DesktopSession::killPipeWire() {
+  sessionManager_.reset();
+  pipeWire_.reset();
+  std::error_code ignored;
+  for (const char* socket : {"pipewire-0", "pipewire-0.lock"})
+    fs::remove(folder_ / socket, ignored);
+}
+
+VirtualCamera::VirtualCamera(const std::string& caps, const std::string& name)
+    : process_(cameraCommand(caps, name)) {}
+
+}  // namespace support

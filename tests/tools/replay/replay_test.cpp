@@ -1,0 +1,136 @@
+#include "tools/replay/replay.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "tests/support/temporary_folder.h"
+
+namespace replay {
+namespace {
+
+using testing::HasSubstr;
+using testing::SizeIs;
+
+constexpr const char* kClip = WAVESCRIBE_ASSETS "/sample.webm";
+constexpr const char* kHands = WAVESCRIBE_ASSETS "/sample-hands.jsonl";
+constexpr int kFrames = 521;
+
+std::string contentOf(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// The lines of a trace without the times that each machine and day has its own of.
+std::vector<nlohmann::json> traceOf(const std::filesystem::path& path) {
+  std::ifstream file(path);
+  std::vector<nlohmann::json> lines;
+  for (std::string line; std::getline(file, line);) {
+    lines.push_back(nlohmann::json::parse(line));
+    lines.back().erase("milliseconds");
+  }
+  return lines;
+}
+
+TEST(Replay, TheSameClipAndHandsGiveTheSameTraceAndPicture) {
+  const support::TemporaryFolder folder;
+  for (const char* run : {"first", "second"}) {
+    Options options{.clip = kClip};
+    options.hands = kHands;
+    options.picture = folder / (std::string(run) + ".png");
+    options.trace = folder / (std::string(run) + ".jsonl");
+    const auto summary = replay::run(options);
+    ASSERT_TRUE(summary) << summary.error().description;
+    EXPECT_EQ(summary.value().frames, kFrames);
+    EXPECT_EQ(summary.value().strokes, 5);
+    EXPECT_EQ(summary.value().problem, std::nullopt);
+  }
+  EXPECT_THAT(traceOf(folder / "first.jsonl"), SizeIs(kFrames));
+  EXPECT_EQ(traceOf(folder / "first.jsonl"), traceOf(folder / "second.jsonl"));
+  EXPECT_FALSE(contentOf(folder / "first.png").empty());
+  EXPECT_EQ(contentOf(folder / "first.png"), contentOf(folder / "second.png"));
+}
+
+TEST(Replay, HandsThatWereRecordedGiveTheSamePaintingAgain) {
+  const support::TemporaryFolder folder;
+  Options first{.clip = kClip};
+  first.hands = kHands;
+  first.recordHands = folder / "hands.jsonl";
+  first.picture = folder / "first.png";
+  Options second{.clip = kClip};
+  second.hands = first.recordHands;
+  second.picture = folder / "second.png";
+
+  ASSERT_TRUE(replay::run(first));
+  ASSERT_TRUE(replay::run(second));
+
+  EXPECT_EQ(contentOf(folder / "first.png"), contentOf(folder / "second.png"));
+}
+
+TEST(Replay, TheTraceTellsOfEveryFrame) {
+  const support::TemporaryFolder folder;
+  Options options{.clip = kClip};
+  options.hands = kHands;
+  options.trace = folder / "trace.jsonl";
+  ASSERT_TRUE(replay::run(options));
+
+  std::ifstream file(*options.trace);
+  bool drew = false;
+  bool spread = false;
+  int frame = 0;
+  for (std::string line; std::getline(file, line); ++frame) {
+    const auto json = nlohmann::json::parse(line);
+    EXPECT_EQ(json.at("frame"), frame);
+    EXPECT_NEAR(json.at("time").get<double>(), frame / 30.0, 0.001);
+    for (const char* stage : {"decode", "detect", "model", "draw"}) {
+      EXPECT_GE(json.at("milliseconds").at(stage).get<double>(), 0) << stage;
+    }
+    EXPECT_EQ(json.at("hands").empty(), json.at("handCount") == 0);
+    drew |= json.at("status") == "Drawing" && json.at("pen").at("down") == true;
+    spread |= json.at("spread").get<bool>();
+  }
+  EXPECT_EQ(frame, kFrames);
+  EXPECT_TRUE(drew);
+  EXPECT_TRUE(spread);
+}
+
+TEST(Replay, RecordsThePaintingAsAVideo) {
+  const support::TemporaryFolder folder;
+  Options options{.clip = kClip};
+  options.hands = kHands;
+  options.video = folder / "painting.mp4";
+  const auto summary = replay::run(options);
+  ASSERT_TRUE(summary) << summary.error().description;
+  EXPECT_GT(std::filesystem::file_size(*options.video), 100'000u);
+}
+
+TEST(Replay, FramesWithoutRecordedHandsAreAProblemThatIsTold) {
+  const support::TemporaryFolder folder;
+  std::ofstream(folder / "hands.jsonl") << "{\"time\":0,\"hands\":[]}\n";
+  Options options{.clip = kClip};
+  options.hands = folder / "hands.jsonl";
+  const auto summary = replay::run(options);
+  ASSERT_TRUE(summary);
+  EXPECT_THAT(summary.value().problem.value(),
+              HasSubstr("Hand tracking had a problem. No hands were recorded for the frame"));
+}
+
+TEST(Replay, SaysWhichFileCannotBeUsed) {
+  Options noClip{.clip = "no/such/clip.webm"};
+  EXPECT_THAT(replay::run(noClip).error().description, HasSubstr("no/such/clip.webm"));
+  Options noHands{.clip = kClip};
+  noHands.hands = "no/such/hands.jsonl";
+  EXPECT_THAT(replay::run(noHands).error().description, HasSubstr("no/such/hands.jsonl"));
+  Options noPlace{.clip = kClip};
+  noPlace.hands = kHands;
+  noPlace.trace = "no/such/trace.jsonl";
+  EXPECT_THAT(replay::run(noPlace).error().description, HasSubstr("no/such/trace.jsonl"));
+}
+
+}  // namespace
+}  // namespace replay

@@ -1,0 +1,9 @@
+#include "tools/replay/detector.h"
+
+namespace replay {
+
+std::unique_ptr<platform::HandPoseRequest> makeDetector() {
+  return nullptr;
+}
+
+}  // namespace replay
