@@ -21,6 +21,7 @@
 #include "platform/serial_queue.h"
 #include "platform/services.h"
 #include "recording/recorder.h"
+#include "render/live_canvas.h"
 #include "render/render_scene.h"
 #include "strokes/stroke_store.h"
 
@@ -145,7 +146,8 @@ class AppModel {
 
   void publishStrokeCount();
   void startRecording(const std::filesystem::path& path);
-  void drawVideoFrame(const pixels::DrawingContext& context, pixels::Size size) const;
+  void drawVideoFrame(const pixels::DrawingContext& context, pixels::Size size);
+  void releaseVideoCanvas();
   void stopRecording();
   void finishRecordingAfterFailure(const std::string& message);
   void report(std::string message, std::optional<std::string> details);
@@ -197,6 +199,8 @@ class AppModel {
   std::unique_ptr<platform::SerialQueue> visionQueue_;
   capture::CameraSource camera_;
 
+  render::LiveCanvas videoCanvas_;  // While recording, keeps what did not change in this:
+  pixels::Surface videoPicture_;
   recording::Recorder recorder_;  // Last: it draws the rest.
 };
 

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <ctime>
 #include <string>
@@ -40,8 +41,9 @@ void AppModel::toggleRecording() {
 void AppModel::startRecording(const std::filesystem::path& path) {
   // The person has agreed to replace it. When it cannot be removed, the start tells why.
   static_cast<void>(services_.files.remove(path));
+  const int height = videoHeight(canvasAspect());
   const auto started =
-      recorder_.start(path, kVideoWidth, videoHeight(canvasAspect()), kFramesPerSecond,
+      recorder_.start(path, kVideoWidth, height, kFramesPerSecond,
                       [this](const pixels::DrawingContext& context, pixels::Size size) {
                         drawVideoFrame(context, size);
                       });
@@ -49,20 +51,33 @@ void AppModel::startRecording(const std::filesystem::path& path) {
     report("Recording could not start.", started.error().description);
     return;
   }
+  videoPicture_ = pixels::Surface(kVideoWidth, height);
   recordStart_ = services_.clock.now();
   recordSeconds_.set(0);
   isRecording_.set(true);
 }
 
-void AppModel::drawVideoFrame(const pixels::DrawingContext& context, pixels::Size size) const {
+void AppModel::drawVideoFrame(const pixels::DrawingContext& context, pixels::Size size) {
   const auto ground = background() == render::CanvasBackground::transparent
                           ? render::CanvasBackground::black
                           : background();
-  render::CanvasRenderer::render(makeScene(ground, true), context, size);
+  const render::RenderScene scene = makeScene(ground, true);
+  if (!videoCanvas_.draw(scene, {videoPicture_.view()}, size).isComplete) {
+    render::CanvasRenderer::render(scene, context, size);  // A video shows no unfinished picture.
+    return;
+  }
+  for (int y = 0; y < videoPicture_.height(); ++y)
+    std::copy_n(videoPicture_.row(y), 4 * videoPicture_.width(), context.pixels.row(y));
+}
+
+void AppModel::releaseVideoCanvas() {
+  videoCanvas_ = render::LiveCanvas();
+  videoPicture_ = pixels::Surface();
 }
 
 void AppModel::stopRecording() {
   isRecording_.set(false);
+  releaseVideoCanvas();
   recorder_.stop([this](const platform::Result<std::filesystem::path>& saved) {
     if (!saved) report("The video could not be saved.", saved.error().description);
   });
@@ -70,6 +85,7 @@ void AppModel::stopRecording() {
 
 void AppModel::finishRecordingAfterFailure(const std::string& message) {
   isRecording_.set(false);
+  releaseVideoCanvas();
   recorder_.stop([](const platform::Result<std::filesystem::path>&) {});
   report("Recording stopped because of an error.", message);
 }

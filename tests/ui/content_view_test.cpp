@@ -55,6 +55,14 @@ TEST_F(ContentViewTest, CannotBeSmallerThan960By620) {
   EXPECT_LE(view.layout()->minimumSize().height(), 620);
 }
 
+TEST_F(ContentViewTest, ARecordingFitsTheSmallestWindow) {
+  machine.savePanel.willAnswer("/videos/a.mp4");
+  model.toggleRecording();
+  support::settle();
+
+  EXPECT_LE(view.layout()->minimumSize().width(), 960);
+}
+
 TEST_F(ContentViewTest, AChangeOfTheModelIsShown) {
   model.mouseDown(0.5, 0.5);
   model.mouseUp();

@@ -12,6 +12,7 @@ extern "C" {
 
 #include "platform/ffmpeg/av_error.h"
 #include "platform/ffmpeg/av_handles.h"
+#include "platform/ffmpeg/bgra_to_i420.h"
 
 namespace support {
 
@@ -143,6 +144,19 @@ RecordedVideo readVideo(const std::filesystem::path& path, Pictures pictures) {
   video.matrix = orEmpty(av_color_space_name(decoder->colorspace));
   video.chromaLocation = orEmpty(av_chroma_location_name(decoder->chroma_sample_location));
   return video;
+}
+
+pixels::Surface withHalvedColor(const pixels::Surface& picture) {
+  const FramePtr frame(av_frame_alloc());
+  frame->format = AV_PIX_FMT_YUV420P;
+  frame->width = picture.width();
+  frame->height = picture.height();
+  if (av_frame_get_buffer(frame.get(), static_cast<int>(kI420Alignment)) < 0) return {};
+  const auto plane = [&](int i) {
+    return Plane{frame->data[i], static_cast<std::size_t>(frame->linesize[i])};
+  };
+  convertBgraToI420(picture, {plane(0), plane(1), plane(2)});
+  return toSurface(*frame);
 }
 
 double psnr(const pixels::Surface& a, const pixels::Surface& b) {

@@ -38,6 +38,10 @@ enum class Pictures { keep, leaveOut };
 /// Decodes the whole file.
 RecordedVideo readVideo(const std::filesystem::path& path, Pictures pictures = Pictures::keep);
 
+/// What is left of a picture when its colour is halved in each direction, as the video format wants
+/// it: the best that a recording can look. Of even width and height.
+pixels::Surface withHalvedColor(const pixels::Surface& picture);
+
 /// Peak signal-to-noise ratio over red, green and blue of two pictures of one size, in decibels.
 double psnr(const pixels::Surface& a, const pixels::Surface& b);
 
