@@ -33,11 +33,11 @@ class GlowLayer {
 /// The glow of one tile at full resolution.
 class GlowTile {
  public:
-  /// False when there is no glow in the tile.
-  bool open(const GlowLayer& layer, int tileX, int tileY);
+  /// Fetches a tile; without glow all of it is zero.
+  void open(const GlowLayer& layer, int tileX, int tileY);
 
-  /// The 64 values of the opened tile's row `y`, 0 to kGlowFull.
-  void row(int y, std::int16_t* values) const;
+  /// The opened tile's row `y`; valid until the next one is opened.
+  RowMix row(int y) const;
 
  private:
   void expandRow(const GlowLayer& layer, int cellY, int firstCellX, std::int16_t* values) const;

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "render/compositing.h"
 #include "render/fading.h"
 #include "render/stroke_colors.h"
 

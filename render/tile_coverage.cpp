@@ -22,16 +22,9 @@ const float* depthRow(const DistanceField& field, int y, bool ofCore) {
   return ofCore ? field.coreRow(y) : field.bodyRow(y);
 }
 
-std::uint64_t coverRow(const DistanceField& field, int y, bool ofCore, std::int16_t* coverage) {
-  return edgeRow(depthRow(field, y - 1, ofCore), depthRow(field, y, ofCore),
-                 depthRow(field, y + 1, ofCore), kFull, coverage);
-}
-
 }  // namespace
 
 void TileCoverage::paint(std::span<const CurvePiece> pieces, int tileX, int tileY, bool withCore) {
-  std::memset(body_, 0, sizeof body_);
-  std::memset(core_, 0, sizeof core_);
   const bool isThin = std::any_of(pieces.begin(), pieces.end(), [=](const CurvePiece& piece) {
     return (withCore ? piece.coreHalf : piece.bodyHalf) < kThinHalfPx;
   });
@@ -46,13 +39,18 @@ void TileCoverage::paintCoarsely(std::span<const CurvePiece> pieces, int left, i
                                  bool withCore) {
   field_.reset(left, top, 1, withCore);
   for (const CurvePiece& piece : pieces) field_.spread(piece);
-  for (int y = field_.firstRow(); y < field_.endRow(); ++y) {
-    const std::uint64_t meetings = coverRow(field_, y, false, body_ + y * kTile);
-    if (meetings) refine(pieces, left, top, y, meetings, false);
-    if (!withCore) continue;
-    const std::uint64_t coreMeetings = coverRow(field_, y, true, core_ + y * kTile);
-    if (coreMeetings) refine(pieces, left, top, y, coreMeetings, true);
-  }
+  field_.continueOutwards();
+  firstRow_ = field_.firstRow();
+  endRow_ = field_.endRow();
+  const auto cover = [&](const float* depths, std::int16_t* mask, bool ofCore) {
+    std::uint64_t meetings[kTile];
+    edgeRows(depths, firstRow_, endRow_, kFull, mask, meetings);
+    for (int y = firstRow_; y < endRow_; ++y) {
+      if (meetings[y]) refine(pieces, left, top, y, meetings[y], ofCore);
+    }
+  };
+  cover(field_.bodyRow(0), body_, false);
+  if (withCore) cover(field_.coreRow(0), core_, true);
 }
 
 void TileCoverage::refine(std::span<const CurvePiece> pieces, int left, int top, int y,
@@ -76,6 +74,10 @@ void TileCoverage::refine(std::span<const CurvePiece> pieces, int left, int top,
 void TileCoverage::paintFinely(std::span<const CurvePiece> pieces, int left, int top,
                                bool withCore) {
   constexpr int kBlock = kTile / kFineness;
+  firstRow_ = 0;
+  endRow_ = kTile;
+  std::memset(body_, 0, sizeof body_);
+  if (withCore) std::memset(core_, 0, sizeof core_);
   const auto average = [this](bool ofCore, std::int16_t* corner) {
     for (int y = fineField_.firstRow() / kFineness; y * kFineness < fineField_.endRow(); ++y) {
       int sums[kBlock] = {};

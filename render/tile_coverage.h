@@ -16,9 +16,14 @@ class TileCoverage {
   /// Paints the pieces, which are all those that come within a few pixels of the tile.
   void paint(std::span<const CurvePiece> pieces, int tileX, int tileY, bool withCore);
 
-  const std::int16_t* bodyRow(int y) const { return body_ + y * PaintTile::kSide; }
-  /// All zero without core.
-  const std::int16_t* coreRow(int y) const { return core_ + y * PaintTile::kSide; }
+  /// Nothing is painted outside these rows, and their masks are undefined.
+  int firstRow() const { return firstRow_; }
+  int endRow() const { return endRow_; }
+
+  /// 64 values a row.
+  const std::int16_t* body() const { return body_; }
+  /// Undefined without core.
+  const std::int16_t* core() const { return core_; }
 
  private:
   void paintCoarsely(std::span<const CurvePiece> pieces, int left, int top, bool withCore);
@@ -26,6 +31,8 @@ class TileCoverage {
   void refine(std::span<const CurvePiece> pieces, int left, int top, int y, std::uint64_t pixels,
               bool ofCore);
 
+  int firstRow_ = 0;
+  int endRow_ = 0;
   DistanceField field_;
   DistanceField fineField_;
   alignas(64) std::int16_t body_[PaintTile::kSide * PaintTile::kSide];
