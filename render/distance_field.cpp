@@ -76,10 +76,9 @@ constexpr float kOutside = -1e9f;
 
 }  // namespace
 
-void DistanceField::reset(int left, int top, double step, bool withCore) {
+void DistanceField::reset(int left, int top, bool withCore) {
   left_ = left;
   top_ = top;
-  step_ = step;
   withCore_ = withCore;
   columns_ = rows_ = kSide;
   firstRow_ = endRow_ = 0;
@@ -109,8 +108,7 @@ void DistanceField::openRows(int first, int end) {
   endRow_ = std::max(end, endRow_);
 }
 
-void DistanceField::spread(const CurvePiece& piece) {
-  const LocalPiece p = localPiece(piece, step_);
+void DistanceField::spread(const LocalPiece& p) {
   const float reach = p.bodyHalf + kDepthKept;
   const CellSpan rows = rowsNear(p, reach, top_, top_ + rows_);
   if (rows.first >= rows.end) return;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "render/curve_piece.h"
+#include "render/local_piece.h"
 
 namespace render {
 
@@ -17,15 +17,14 @@ class DistanceField {
   static constexpr float kDepthKept = 1.75f;
 
   /// Starts over with every cell outside. `left`, `top`: the first cell, counted in cells from the
-  /// canvas's top left corner; `step`: device pixels per cell; `withCore`: keep the depths inside
-  /// the light core as well.
-  void reset(int left, int top, double step, bool withCore);
+  /// canvas's top left corner; `withCore`: keep the depths inside the light core as well.
+  void reset(int left, int top, bool withCore);
 
   /// Until the next reset, only the first cells of the first rows count.
   void limit(int columns, int rows);
 
-  /// Takes in one piece, round ends included.
-  void spread(const CurvePiece& piece);
+  /// Takes in one piece, round ends included, given in cells of this field's step.
+  void spread(const LocalPiece& piece);
 
   /// The rows that a piece has reached; nothing is painted in the others.
   int firstRow() const { return firstRow_; }
@@ -53,7 +52,6 @@ class DistanceField {
   alignas(64) float core_[kCells];
   int left_ = 0;
   int top_ = 0;
-  double step_ = 1;
   bool withCore_ = false;
   int columns_ = kSide;
   int rows_ = kSide;

@@ -14,11 +14,9 @@ constexpr int kTile = PaintTile::kSide;
 
 bool TileBrush::shares(const StrokeShape& shape, int tileX, int tileY, TileShares& shares) {
   if (!shape.isReached(tileX, tileY)) return false;
-  near_.clear();
-  for (const int number : shape.index_.piecesIn(tileX, tileY))
-    near_.push_back(shape.pieces_[static_cast<std::size_t>(number)]);
-  if (near_.empty() && !shape.glow_) return false;
-  coverage_.paint(near_, tileX, tileY, shape.glow_);
+  const std::span<const int> numbers = shape.index_.piecesIn(tileX, tileY);
+  if (numbers.empty() && !shape.glow_) return false;
+  coverage_.paint(shape.pieces_, shape.local_, numbers, tileX, tileY, shape.glow_);
   if (!shape.glow_) {
     plainShares(shares);
     return true;

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <vector>
-
 #include "render/glow_layer.h"
 #include "render/paint_tile.h"
 #include "render/stroke_shape.h"
@@ -24,7 +22,6 @@ class TileBrush {
  private:
   void plainShares(TileShares& shares) const;
 
-  std::vector<CurvePiece> near_;
   GlowTile wide_;
   GlowTile narrow_;
   TileCoverage coverage_;

@@ -24,21 +24,32 @@ const float* depthRow(const DistanceField& field, int y, bool ofCore) {
 
 }  // namespace
 
-void TileCoverage::paint(std::span<const CurvePiece> pieces, int tileX, int tileY, bool withCore) {
-  const bool isThin = std::any_of(pieces.begin(), pieces.end(), [=](const CurvePiece& piece) {
+void TileCoverage::paint(std::span<const CurvePiece> pieces, std::span<const LocalPiece> local,
+                         std::span<const int> numbers, int tileX, int tileY, bool withCore) {
+  pieces_ = pieces;
+  numbers_ = numbers;
+  fine_.clear();
+  const bool isThin = std::any_of(numbers.begin(), numbers.end(), [=](int number) {
+    const CurvePiece& piece = pieces[static_cast<std::size_t>(number)];
     return (withCore ? piece.coreHalf : piece.bodyHalf) < kThinHalfPx;
   });
   if (isThin) {
-    paintFinely(pieces, tileX * kTile, tileY * kTile, withCore);
+    paintFinely(tileX * kTile, tileY * kTile, withCore);
   } else {
-    paintCoarsely(pieces, tileX * kTile, tileY * kTile, withCore);
+    paintCoarsely(local, tileX * kTile, tileY * kTile, withCore);
   }
 }
 
-void TileCoverage::paintCoarsely(std::span<const CurvePiece> pieces, int left, int top,
+void TileCoverage::localiseFinely() {
+  if (!fine_.empty()) return;
+  for (const int number : numbers_)
+    fine_.push_back(localPiece(pieces_[static_cast<std::size_t>(number)], 1.0 / kFineness));
+}
+
+void TileCoverage::paintCoarsely(std::span<const LocalPiece> local, int left, int top,
                                  bool withCore) {
-  field_.reset(left, top, 1, withCore);
-  for (const CurvePiece& piece : pieces) field_.spread(piece);
+  field_.reset(left, top, withCore);
+  for (const int number : numbers_) field_.spread(local[static_cast<std::size_t>(number)]);
   field_.continueOutwards();
   firstRow_ = field_.firstRow();
   endRow_ = field_.endRow();
@@ -46,20 +57,20 @@ void TileCoverage::paintCoarsely(std::span<const CurvePiece> pieces, int left, i
     std::uint64_t meetings[kTile];
     edgeRows(depths, firstRow_, endRow_, kFull, mask, meetings);
     for (int y = firstRow_; y < endRow_; ++y) {
-      if (meetings[y]) refine(pieces, left, top, y, meetings[y], ofCore);
+      if (meetings[y]) refine(left, top, y, meetings[y], ofCore);
     }
   };
   cover(field_.bodyRow(0), body_, false);
   if (withCore) cover(field_.coreRow(0), core_, true);
 }
 
-void TileCoverage::refine(std::span<const CurvePiece> pieces, int left, int top, int y,
-                          std::uint64_t pixels, bool ofCore) {
+void TileCoverage::refine(int left, int top, int y, std::uint64_t pixels, bool ofCore) {
+  localiseFinely();
   for (; pixels; pixels &= pixels - 1) {
     const int x = std::countr_zero(pixels);
-    fineField_.reset((left + x) * kFineness, (top + y) * kFineness, 1.0 / kFineness, ofCore);
+    fineField_.reset((left + x) * kFineness, (top + y) * kFineness, ofCore);
     fineField_.limit(kFineness, kFineness);
-    for (const CurvePiece& piece : pieces) fineField_.spread(piece);
+    for (const LocalPiece& piece : fine_) fineField_.spread(piece);
     int sum = 0;
     for (int row = fineField_.firstRow(); row < fineField_.endRow(); ++row) {
       std::int16_t fine[kTile];
@@ -71,8 +82,8 @@ void TileCoverage::refine(std::span<const CurvePiece> pieces, int left, int top,
   }
 }
 
-void TileCoverage::paintFinely(std::span<const CurvePiece> pieces, int left, int top,
-                               bool withCore) {
+void TileCoverage::paintFinely(int left, int top, bool withCore) {
+  localiseFinely();
   constexpr int kBlock = kTile / kFineness;
   firstRow_ = 0;
   endRow_ = kTile;
@@ -93,8 +104,8 @@ void TileCoverage::paintFinely(std::span<const CurvePiece> pieces, int left, int
   };
   for (int y0 = 0; y0 < kTile; y0 += kBlock) {
     for (int x0 = 0; x0 < kTile; x0 += kBlock) {
-      fineField_.reset((left + x0) * kFineness, (top + y0) * kFineness, 1.0 / kFineness, withCore);
-      for (const CurvePiece& piece : pieces) fineField_.spread(piece);
+      fineField_.reset((left + x0) * kFineness, (top + y0) * kFineness, withCore);
+      for (const LocalPiece& piece : fine_) fineField_.spread(piece);
       average(false, body_ + y0 * kTile + x0);
       if (withCore) average(true, core_ + y0 * kTile + x0);
     }
