@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "hwy/cache_control.h"
 #include "render/glow_painting.h"
 #include "render/spline.h"
 
@@ -59,6 +60,14 @@ void GlowLayer::build(std::span<const CurvePiece> pieces, double sigma, const Pi
   mask_.reset(right - left_, bottom - top_, blurMargin(kernel));
   halve(scratch, mask_);
   blur(mask_, kernel, scratch);
+}
+
+void GlowLayer::prefetch(int tileX, int tileY) const {
+  const int cells = kTile / cellPx_;
+  const int x = std::clamp(tileX * cells - 2 - left_, 0, std::max(mask_.width() - 1, 0));
+  const int first = std::clamp(tileY * cells - 2 - top_, 0, mask_.height());
+  const int end = std::clamp(tileY * cells + cells + 2 - top_, first, mask_.height());
+  for (int y = first; y < end; ++y) hwy::Prefetch(mask_.row(y) + x);
 }
 
 void GlowTile::expandRow(const GlowLayer& layer, int cellY, int firstCellX,

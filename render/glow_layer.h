@@ -21,6 +21,9 @@ class GlowLayer {
   /// Blurs the stroke made of `pieces`; right for every pixel of `area`. `sigma` in pixels, > 0.
   void build(std::span<const CurvePiece> pieces, double sigma, const PixelRect& area);
 
+  /// Brings a tile's cells near the processor, ahead of opening it.
+  void prefetch(int tileX, int tileY) const;
+
  private:
   friend class GlowTile;
 

@@ -16,6 +16,10 @@ bool TileBrush::shares(const StrokeShape& shape, int tileX, int tileY, TileShare
   if (!shape.isReached(tileX, tileY)) return false;
   const std::span<const int> numbers = shape.index_.piecesIn(tileX, tileY);
   if (numbers.empty() && !shape.glow_) return false;
+  if (shape.glow_) {
+    shape.wide_.prefetch(tileX, tileY);
+    shape.narrow_.prefetch(tileX, tileY);
+  }
   coverage_.paint(shape.pieces_, shape.local_, numbers, tileX, tileY, shape.glow_);
   if (!shape.glow_) {
     plainShares(shares);
