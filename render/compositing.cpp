@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "render/glow_blur.h"
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "render/compositing.cpp"
 #include "hwy/foreach_target.h"  // IWYU pragma: keep
@@ -21,43 +23,94 @@ HWY_INLINE V together(D d, V a, V b) {
   return hn::Add(a, hn::MulFixedPoint15(hn::Sub(hn::Set(d, kFull), a), b));
 }
 
-void joinGlowing(const TileRowMasks& masks, TileRowShares& shares) {
-  const D d;
-  for (int x = 0; x < kSide; x += static_cast<int>(hn::Lanes(d))) {
-    const V wide = hn::Load(d, masks.wideGlow + x);
-    const V narrow = hn::Load(d, masks.narrowGlow + x);
-    const V body = hn::Load(d, masks.body + x);
-    const V core = hn::Load(d, masks.core + x);
-    V share = together(d, hn::Add(wide, wide), body);
-    share = together(d, share, hn::Add(narrow, narrow));
-    share = together(d, share, body);
-    hn::Store(hn::Sub(share, hn::MulFixedPoint15(share, core)), d, shares.body + x);
-    hn::Store(core, d, shares.core + x);
-  }
+HWY_INLINE V mixed(D d, const RowMix& mix, int x) {
+  const auto part = [&](int i) {
+    return hn::MulFixedPoint15(hn::Load(d, mix.rows[i] + x), hn::Set(d, mix.weights[i]));
+  };
+  const V sum = hn::Add(hn::Add(part(0), part(1)), hn::Add(part(2), part(3)));
+  const V glow = hn::Min(sum, hn::Set(d, kGlowFull));
+  return hn::Add(glow, glow);
 }
 
-void fade(std::int16_t alpha, TileRowShares& shares) {
+void joinMasks(const GlowingMasks& masks, TileShares& shares) {
   const D d;
-  const V factor = hn::Set(d, alpha);
-  for (int x = 0; x < kSide; x += static_cast<int>(hn::Lanes(d))) {
-    hn::Store(hn::MulFixedPoint15(hn::Load(d, shares.body + x), factor), d, shares.body + x);
-    hn::Store(hn::MulFixedPoint15(hn::Load(d, shares.core + x), factor), d, shares.core + x);
-  }
-}
-
-void layStroke(const StrokeColors& colors, const TileRowShares& shares, int y, PaintTile& tile) {
-  const D d;
-  for (int x = 0; x < kSide; x += static_cast<int>(hn::Lanes(d))) {
-    const V body = hn::Load(d, shares.body + x);
-    const V core = hn::Load(d, shares.core + x);
-    for (int c = 0; c < 4; ++c) {
-      std::int16_t* row = tile.plane[c] + y * kSide + x;
-      const V under = hn::Load(d, row);
-      const V fromBody = hn::MulFixedPoint15(hn::Sub(hn::Set(d, colors.body[c]), under), body);
-      const V fromCore = hn::MulFixedPoint15(hn::Sub(hn::Set(d, colors.core[c]), under), core);
-      hn::Store(hn::SaturatedAdd(under, hn::SaturatedAdd(fromBody, fromCore)), d, row);
+  const int lanes = static_cast<int>(hn::Lanes(d));
+  for (int y = 0; y < kSide; ++y) {
+    TileRowShares& row = shares.rows[y];
+    const bool hasBody = y >= masks.firstRow && y < masks.endRow;
+    for (int x = 0; x < kSide; x += lanes) {
+      const V wide = mixed(d, masks.wide[y], x), narrow = mixed(d, masks.narrow[y], x);
+      if (!hasBody) {
+        hn::Store(together(d, wide, narrow), d, row.body + x);
+        continue;
+      }
+      const V body = hn::Load(d, masks.body + y * kSide + x);
+      const V core = hn::Load(d, masks.core + y * kSide + x);
+      V share = together(d, wide, body);
+      share = together(d, share, narrow);
+      share = together(d, share, body);
+      hn::Store(hn::Sub(share, hn::MulFixedPoint15(share, core)), d, row.body + x);
+      hn::Store(core, d, row.core + x);
     }
   }
+}
+
+template <bool kFades>
+void layBody(const TileRowShares& row, const StrokeColors& colors, V fading, std::int16_t* paint) {
+  const D d;
+  for (int x = 0; x < kSide; x += static_cast<int>(hn::Lanes(d))) {
+    V body = hn::Load(d, row.body + x);
+    if constexpr (kFades) body = hn::MulFixedPoint15(body, fading);
+    for (int c = 0; c < 4; ++c) {
+      std::int16_t* place = paint + c * kSide * kSide + x;
+      const V under = hn::Load(d, place);
+      const V fromBody = hn::MulFixedPoint15(hn::Sub(hn::Set(d, colors.body[c]), under), body);
+      hn::Store(hn::SaturatedAdd(under, fromBody), d, place);
+    }
+  }
+}
+
+template <bool kFades>
+void layBodyAndCore(const TileRowShares& row, const StrokeColors& colors, V fading,
+                    std::int16_t* paint) {
+  const D d;
+  for (int x = 0; x < kSide; x += static_cast<int>(hn::Lanes(d))) {
+    V body = hn::Load(d, row.body + x), core = hn::Load(d, row.core + x);
+    if constexpr (kFades) {
+      body = hn::MulFixedPoint15(body, fading);
+      core = hn::MulFixedPoint15(core, fading);
+    }
+    for (int c = 0; c < 4; ++c) {
+      std::int16_t* place = paint + c * kSide * kSide + x;
+      const V under = hn::Load(d, place);
+      const V fromBody = hn::MulFixedPoint15(hn::Sub(hn::Set(d, colors.body[c]), under), body);
+      const V fromCore = hn::MulFixedPoint15(hn::Sub(hn::Set(d, colors.core[c]), under), core);
+      hn::Store(hn::SaturatedAdd(under, hn::SaturatedAdd(fromBody, fromCore)), d, place);
+    }
+  }
+}
+
+template <bool kFades>
+void layTile(const TileShares& shares, const StrokeColors& colors, std::int16_t alpha,
+             PaintTile& tile) {
+  const V fading = hn::Set(D(), alpha);
+  for (int y = 0; y < kSide; ++y) {
+    std::int16_t* paint = tile.plane[0] + y * kSide;
+    if (y >= shares.firstCoreRow && y < shares.endCoreRow) {
+      layBodyAndCore<kFades>(shares.rows[y], colors, fading, paint);
+    } else {
+      layBody<kFades>(shares.rows[y], colors, fading, paint);
+    }
+  }
+}
+
+void layFully(const TileShares& shares, const StrokeColors& colors, PaintTile& tile) {
+  layTile<false>(shares, colors, kFull, tile);
+}
+
+void layFading(const TileShares& shares, const StrokeColors& colors, std::int16_t alpha,
+               PaintTile& tile) {
+  layTile<true>(shares, colors, alpha, tile);
 }
 
 void layTileRow(const PaintTile& tile, int y, std::uint8_t* pixels) {
@@ -91,21 +144,25 @@ HWY_AFTER_NAMESPACE();
 
 namespace render {
 
-HWY_EXPORT(joinGlowing);
-HWY_EXPORT(fade);
-HWY_EXPORT(layStroke);
+HWY_EXPORT(joinMasks);
+HWY_EXPORT(layFully);
+HWY_EXPORT(layFading);
 HWY_EXPORT(layTileRow);
 
-void joinGlowingRow(const TileRowMasks& masks, TileRowShares& shares) {
-  HWY_DYNAMIC_DISPATCH(joinGlowing)(masks, shares);
+void joinGlowing(const GlowingMasks& masks, TileShares& shares) {
+  HWY_DYNAMIC_DISPATCH(joinMasks)(masks, shares);
+  shares.firstCoreRow = masks.firstRow;
+  shares.endCoreRow = masks.endRow;
 }
 
-void fadeRow(std::int16_t alpha, TileRowShares& shares) {
-  HWY_DYNAMIC_DISPATCH(fade)(alpha, shares);
-}
-
-void layOver(const StrokeColors& colors, const TileRowShares& shares, int y, PaintTile& tile) {
-  HWY_DYNAMIC_DISPATCH(layStroke)(colors, shares, y, tile);
+void layShares(const TileShares& shares, const StrokeColors& colors, double alpha,
+               PaintTile& tile) {
+  if (alpha >= 1) {
+    HWY_DYNAMIC_DISPATCH(layFully)(shares, colors, tile);
+    return;
+  }
+  const double share = std::clamp(alpha * 32768, 0.0, static_cast<double>(kFull));
+  HWY_DYNAMIC_DISPATCH(layFading)(shares, colors, static_cast<std::int16_t>(share), tile);
 }
 
 void layTileOverPixels(const PaintTile& tile, int tileX, int tileY,

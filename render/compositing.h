@@ -9,13 +9,10 @@ namespace render {
 
 /// Joins the masks of a glowing stroke: two passes, each a blurred and a sharp layer of the body's
 /// colour, and the core over them.
-void joinGlowingRow(const TileRowMasks& masks, TileRowShares& shares);
+void joinGlowing(const GlowingMasks& masks, TileShares& shares);
 
-/// Fades a row: every share times `alpha`, 0 to kFull.
-void fadeRow(std::int16_t alpha, TileRowShares& shares);
-
-/// Lays one row of a stroke over row `y` of the tile.
-void layOver(const StrokeColors& colors, const TileRowShares& shares, int y, PaintTile& tile);
+/// Lays a stroke, fading by `alpha`, 0 to 1, over what is painted in the tile.
+void layShares(const TileShares& shares, const StrokeColors& colors, double alpha, PaintTile& tile);
 
 /// Lays the tile over its place among the pixels, where they have it.
 void layTileOverPixels(const PaintTile& tile, int tileX, int tileY,

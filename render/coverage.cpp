@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "render/distance_field.h"
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "render/coverage.cpp"
 #include "hwy/foreach_target.h"  // IWYU pragma: keep
@@ -36,9 +38,8 @@ void ramp(const float* depths, std::int16_t full, std::int16_t* coverage) {
   }
 }
 
-/// `depths` may be read one cell before and after its 64.
-std::uint64_t edge(const float* above, const float* depths, const float* below, std::int16_t full,
-                   std::int16_t* coverage) {
+std::uint64_t edgeRow(const float* above, const float* depths, const float* below,
+                      std::int16_t full, std::int16_t* coverage) {
   const D d;
   const int lanes = static_cast<int>(hn::Lanes(d));
   const V zero = hn::Zero(d), one = hn::Set(d, 1.0f), half = hn::Set(d, 0.5f);
@@ -71,6 +72,15 @@ std::uint64_t edge(const float* above, const float* depths, const float* below, 
   return meetings;
 }
 
+void edges(const float* depths, int first, int end, std::int16_t full, std::int16_t* coverage,
+           std::uint64_t* meetings) {
+  constexpr int kStride = DistanceField::stride();
+  for (int y = first; y < end; ++y) {
+    const float* row = depths + y * kStride;
+    meetings[y] = edgeRow(row - kStride, row, row + kStride, full, coverage + y * kCells);
+  }
+}
+
 }  // namespace render::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
@@ -79,34 +89,15 @@ HWY_AFTER_NAMESPACE();
 namespace render {
 
 HWY_EXPORT(ramp);
-HWY_EXPORT(edge);
-
-namespace {
-
-constexpr int kRow = 64;
-
-/// Continues a row as a plane would: what `row` is to `next`, the result is to `row`.
-void continueRow(const float* row, const float* next, float* result) {
-  for (int x = 0; x < kRow; ++x) result[x] = 2 * row[x] - next[x];
-}
-
-}  // namespace
+HWY_EXPORT(edges);
 
 void rampRow(const float* depths, std::int16_t full, std::int16_t* coverage) {
   HWY_DYNAMIC_DISPATCH(ramp)(depths, full, coverage);
 }
 
-std::uint64_t edgeRow(const float* above, const float* depths, const float* below,
-                      std::int16_t full, std::int16_t* coverage) {
-  float continued[kRow];
-  if (!above) continueRow(depths, below ? below : depths, continued);
-  if (!below) continueRow(depths, above ? above : depths, continued);
-  float row[kRow + 2];
-  std::copy_n(depths, kRow, row + 1);
-  row[0] = 2 * row[1] - row[2];
-  row[kRow + 1] = 2 * row[kRow] - row[kRow - 1];
-  return HWY_DYNAMIC_DISPATCH(edge)(above ? above : continued, row + 1, below ? below : continued,
-                                    full, coverage);
+void edgeRows(const float* depths, int first, int end, std::int16_t full, std::int16_t* coverage,
+              std::uint64_t* meetings) {
+  HWY_DYNAMIC_DISPATCH(edges)(depths, first, end, full, coverage, meetings);
 }
 
 }  // namespace render

@@ -11,11 +11,12 @@ namespace render {
 /// are blurred. Lines may be thinner than a cell.
 void rampRow(const float* depths, std::int16_t full, std::int16_t* coverage);
 
-/// The exact share of the square cell for a straight border; its direction is taken from the rows
-/// above and below and the cells to the sides. Null stands for a row beyond the field. Returns the
-/// cells, lowest bit first, in which borders of different directions meet and the share is only
-/// that of the nearest one.
-std::uint64_t edgeRow(const float* above, const float* depths, const float* below,
-                      std::int16_t full, std::int16_t* coverage);
+/// The exact share of each square cell for a straight border, whose direction is taken from the
+/// cells around it: rows `first` up to `end` of a field, `depths` being its row 0 and row y of the
+/// coverage starting at 64 * y. The cells beside and around those rows must be readable. For each
+/// row, meetings[y] says, lowest bit first, in which cells borders of different directions meet, so
+/// that the share is only that of the nearest one.
+void edgeRows(const float* depths, int first, int end, std::int16_t full, std::int16_t* coverage,
+              std::uint64_t* meetings);
 
 }  // namespace render

@@ -35,15 +35,30 @@ void spreadRow(const LocalPiece& p, float y, int left, CellSpan span, float* bod
   }
 }
 
-void spreadBodyRow(const LocalPiece& p, float y, int left, CellSpan span, float* body) {
-  p.isStraight ? spreadRow<false, false>(p, y, left, span, body, nullptr)
-               : spreadRow<true, false>(p, y, left, span, body, nullptr);
+/// `body`, `core`: row `rows.first`; `core` may be null.
+template <bool kBent, bool kCore>
+void spreadRows(const LocalPiece& p, float reach, CellSpan rows, int left, int columns, float* body,
+                float* core) {
+  for (int y = rows.first; y < rows.end; ++y) {
+    const CellSpan span = cellsNear(p, y, reach, left, left + columns);
+    if (span.first < span.end) {
+      spreadRow<kBent, kCore>(p, static_cast<float>(y), left, {span.first - left, span.end - left},
+                              body, core);
+    }
+    body += DistanceField::stride();
+    if constexpr (kCore) core += DistanceField::stride();
+  }
 }
 
-void spreadBothRows(const LocalPiece& p, float y, int left, CellSpan span, float* body,
-                    float* core) {
-  p.isStraight ? spreadRow<false, true>(p, y, left, span, body, core)
-               : spreadRow<true, true>(p, y, left, span, body, core);
+void spreadPiece(const LocalPiece& p, float reach, CellSpan rows, int left, int columns,
+                 float* body, float* core) {
+  if (core) {
+    p.isStraight ? spreadRows<false, true>(p, reach, rows, left, columns, body, core)
+                 : spreadRows<true, true>(p, reach, rows, left, columns, body, core);
+  } else {
+    p.isStraight ? spreadRows<false, false>(p, reach, rows, left, columns, body, core)
+                 : spreadRows<true, false>(p, reach, rows, left, columns, body, core);
+  }
 }
 
 }  // namespace render::HWY_NAMESPACE
@@ -53,8 +68,7 @@ HWY_AFTER_NAMESPACE();
 
 namespace render {
 
-HWY_EXPORT(spreadBodyRow);
-HWY_EXPORT(spreadBothRows);
+HWY_EXPORT(spreadPiece);
 
 namespace {
 
@@ -62,10 +76,9 @@ constexpr float kOutside = -1e9f;
 
 }  // namespace
 
-void DistanceField::reset(int left, int top, double step, bool withCore) {
+void DistanceField::reset(int left, int top, bool withCore) {
   left_ = left;
   top_ = top;
-  step_ = step;
   withCore_ = withCore;
   columns_ = rows_ = kSide;
   firstRow_ = endRow_ = 0;
@@ -78,9 +91,10 @@ void DistanceField::limit(int columns, int rows) {
 
 void DistanceField::openRows(int first, int end) {
   const auto fill = [this](int from, int to) {
-    if (from >= to) return;
-    std::fill(body_ + from * kSide, body_ + to * kSide, kOutside);
-    if (withCore_) std::fill(core_ + from * kSide, core_ + to * kSide, kOutside);
+    for (int y = from; y < to; ++y) {
+      std::fill_n(body_ + place(y), kSide, kOutside);
+      if (withCore_) std::fill_n(core_ + place(y), kSide, kOutside);
+    }
   };
   if (firstRow_ == endRow_) {
     fill(first, end);
@@ -94,24 +108,36 @@ void DistanceField::openRows(int first, int end) {
   endRow_ = std::max(end, endRow_);
 }
 
-void DistanceField::spread(const CurvePiece& piece) {
-  const LocalPiece p = localPiece(piece, step_);
+void DistanceField::spread(const LocalPiece& p) {
   const float reach = p.bodyHalf + kDepthKept;
   const CellSpan rows = rowsNear(p, reach, top_, top_ + rows_);
   if (rows.first >= rows.end) return;
   openRows(rows.first - top_, rows.end - top_);
-  for (int y = rows.first; y < rows.end; ++y) {
-    CellSpan span = cellsNear(p, y, reach, left_, left_ + columns_);
-    if (span.first >= span.end) continue;
-    span = {span.first - left_, span.end - left_};
-    float* body = body_ + (y - top_) * kSide;
-    if (withCore_) {
-      HWY_DYNAMIC_DISPATCH(spreadBothRows)
-      (p, static_cast<float>(y), left_, span, body, core_ + (y - top_) * kSide);
-    } else {
-      HWY_DYNAMIC_DISPATCH(spreadBodyRow)(p, static_cast<float>(y), left_, span, body);
-    }
+  const int row = place(rows.first - top_);
+  HWY_DYNAMIC_DISPATCH(spreadPiece)
+  (p, reach, rows, left_, columns_, body_ + row, withCore_ ? core_ + row : nullptr);
+}
+
+void DistanceField::continueOutwards() {
+  continueOutwards(body_);
+  if (withCore_) continueOutwards(core_);
+}
+
+void DistanceField::continueOutwards(float* depths) const {
+  if (firstRow_ == endRow_) return;
+  for (int y = firstRow_; y < endRow_; ++y) {
+    float* row = depths + place(y);
+    row[-1] = 2 * row[0] - row[1];
+    row[kSide] = 2 * row[kSide - 1] - row[kSide - 2];
   }
+  // A single row has no slope; nothing is near a border in it either.
+  const auto continueRow = [&](int y, int inner, int innermost) {
+    for (int x = 0; x < kSide; ++x)
+      depths[place(y) + x] = 2 * depths[place(inner) + x] - depths[place(innermost) + x];
+  };
+  const int last = endRow_ - 1;
+  continueRow(firstRow_ - 1, firstRow_, std::min(firstRow_ + 1, last));
+  continueRow(endRow_, last, std::max(last - 1, firstRow_));
 }
 
 }  // namespace render

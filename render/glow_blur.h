@@ -32,6 +32,8 @@ class GlowMask {
 
   int width() const { return width_; }
   int height() const { return height_; }
+  /// Cells from one row to the next.
+  int stride() const { return stride_; }
   std::int16_t* row(int y) { return cells_.data() + offset(y); }
   const std::int16_t* row(int y) const { return cells_.data() + offset(y); }
 

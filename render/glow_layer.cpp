@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "hwy/cache_control.h"
 #include "render/glow_painting.h"
 #include "render/spline.h"
 
@@ -61,6 +62,14 @@ void GlowLayer::build(std::span<const CurvePiece> pieces, double sigma, const Pi
   blur(mask_, kernel, scratch);
 }
 
+void GlowLayer::prefetch(int tileX, int tileY) const {
+  const int cells = kTile / cellPx_;
+  const int x = std::clamp(tileX * cells - 2 - left_, 0, std::max(mask_.width() - 1, 0));
+  const int first = std::clamp(tileY * cells - 2 - top_, 0, mask_.height());
+  const int end = std::clamp(tileY * cells + cells + 2 - top_, first, mask_.height());
+  for (int y = first; y < end; ++y) hwy::Prefetch(mask_.row(y) + x);
+}
+
 void GlowTile::expandRow(const GlowLayer& layer, int cellY, int firstCellX,
                          std::int16_t* values) const {
   const GlowMask& mask = layer.mask_;
@@ -84,28 +93,23 @@ void GlowTile::expandRow(const GlowLayer& layer, int cellY, int firstCellX,
   }
 }
 
-bool GlowTile::open(const GlowLayer& layer, int tileX, int tileY) {
+void GlowTile::open(const GlowLayer& layer, int tileX, int tileY) {
   cellPx_ = layer.cellPx_;
-  const GlowMask& mask = layer.mask_;
   const int cells = kTile / cellPx_;
-  const int firstX = tileX * cells, firstY = tileY * cells;
-  const bool apart = firstX - 2 > layer.left_ + mask.width() || firstX + cells + 2 < layer.left_ ||
-                     firstY - 2 > layer.top_ + mask.height() || firstY + cells + 2 < layer.top_;
-  if (apart || mask.width() == 0) return false;
-  for (int i = 0; i < cells + 4; ++i) expandRow(layer, firstY - 2 + i, firstX, rows_[i]);
-  return true;
+  for (int i = 0; i < cells + 4; ++i)
+    expandRow(layer, tileY * cells - 2 + i, tileX * cells, rows_[i]);
 }
 
-void GlowTile::row(int y, std::int16_t* values) const {
+RowMix GlowTile::row(int y) const {
+  static constexpr std::int16_t kWhole[4] = {32767, 0, 0, 0};
   if (cellPx_ == 1) {
-    std::copy_n(rows_[y + 2], kTile, values);
-    return;
+    const std::int16_t* only = rows_[y + 2];
+    return {{only, only, only, only}, kWhole};
   }
   const int inCell = y % cellPx_;
   const int first = y / cellPx_ + 2 + firstSplineCell(cellPx_, inCell);
-  const std::int16_t* rows[4] = {rows_[first], rows_[first + 1], rows_[first + 2],
-                                 rows_[first + 3]};
-  mixFourRows(rows, splineWeights(cellPx_, inCell), kGlowFull, values);
+  return {{rows_[first], rows_[first + 1], rows_[first + 2], rows_[first + 3]},
+          splineWeights(cellPx_, inCell).weight};
 }
 
 }  // namespace render

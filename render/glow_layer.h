@@ -21,6 +21,9 @@ class GlowLayer {
   /// Blurs the stroke made of `pieces`; right for every pixel of `area`. `sigma` in pixels, > 0.
   void build(std::span<const CurvePiece> pieces, double sigma, const PixelRect& area);
 
+  /// Brings a tile's cells near the processor, ahead of opening it.
+  void prefetch(int tileX, int tileY) const;
+
  private:
   friend class GlowTile;
 
@@ -33,11 +36,11 @@ class GlowLayer {
 /// The glow of one tile at full resolution.
 class GlowTile {
  public:
-  /// False when there is no glow in the tile.
-  bool open(const GlowLayer& layer, int tileX, int tileY);
+  /// Fetches a tile; without glow all of it is zero.
+  void open(const GlowLayer& layer, int tileX, int tileY);
 
-  /// The 64 values of the opened tile's row `y`, 0 to kGlowFull.
-  void row(int y, std::int16_t* values) const;
+  /// The opened tile's row `y`; valid until the next one is opened.
+  RowMix row(int y) const;
 
  private:
   void expandRow(const GlowLayer& layer, int cellY, int firstCellX, std::int16_t* values) const;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "render/glow_painting.cpp"
@@ -36,10 +37,29 @@ void paintRowOf(const LocalPiece& p, float larger, float smaller, float y, int l
   }
 }
 
-void paintRow(const LocalPiece& p, float larger, float smaller, float y, int left, CellSpan span,
-              std::int16_t* row) {
-  p.isStraight ? paintRowOf<false>(p, larger, smaller, y, left, span, row)
-               : paintRowOf<true>(p, larger, smaller, y, left, span, row);
+template <bool kBent>
+void paintRowsOf(const LocalPiece& p, float larger, float smaller, float reach, CellSpan rows,
+                 int left, int columns, std::ptrdiff_t stride, std::int16_t* row) {
+  for (int y = rows.first; y < rows.end; ++y, row += stride) {
+    const CellSpan span = cellsNear(p, y, reach, left, left + columns);
+    if (span.first < span.end)
+      paintRowOf<kBent>(p, larger, smaller, static_cast<float>(y), left, span, row);
+  }
+}
+
+/// `row`: the mask's row rows.first, whose first cell is `left`.
+void paintRows(const LocalPiece& p, float larger, float smaller, float reach, CellSpan rows,
+               int left, int columns, std::ptrdiff_t stride, std::int16_t* row) {
+  p.isStraight ? paintRowsOf<false>(p, larger, smaller, reach, rows, left, columns, stride, row)
+               : paintRowsOf<true>(p, larger, smaller, reach, rows, left, columns, stride, row);
+}
+
+/// Four neighbouring cells to one; `width`: of the result.
+void halveRow(const std::int16_t* above, const std::int16_t* below, int width,
+              std::int16_t* result) {
+  for (int x = 0; x < width; ++x)
+    result[x] = static_cast<std::int16_t>(
+        (above[2 * x] + above[2 * x + 1] + below[2 * x] + below[2 * x + 1] + 2) >> 2);
 }
 
 }  // namespace render::HWY_NAMESPACE
@@ -49,7 +69,8 @@ HWY_AFTER_NAMESPACE();
 
 namespace render {
 
-HWY_EXPORT(paintRow);
+HWY_EXPORT(paintRows);
+HWY_EXPORT(halveRow);
 
 namespace {
 
@@ -70,23 +91,14 @@ void paintPiece(const CurvePiece& piece, int left, int top, double step, GlowMas
   }
   const float reach = p.bodyHalf + kHalfDiagonal;
   const CellSpan rows = rowsNear(p, reach, top, top + mask.height());
-  for (int y = rows.first; y < rows.end; ++y) {
-    const CellSpan span = cellsNear(p, y, reach, left, left + mask.width());
-    if (span.first >= span.end) continue;
-    HWY_DYNAMIC_DISPATCH(paintRow)
-    (p, larger, smaller, static_cast<float>(y), left, span, mask.row(y - top));
-  }
+  if (rows.first >= rows.end) return;
+  HWY_DYNAMIC_DISPATCH(paintRows)
+  (p, larger, smaller, reach, rows, left, mask.width(), mask.stride(), mask.row(rows.first - top));
 }
 
 void halve(const GlowMask& mask, GlowMask& half) {
-  for (int y = 0; y < half.height(); ++y) {
-    const std::int16_t* above = mask.row(2 * y);
-    const std::int16_t* below = mask.row(2 * y + 1);
-    std::int16_t* row = half.row(y);
-    for (int x = 0; x < half.width(); ++x)
-      row[x] = static_cast<std::int16_t>(
-          (above[2 * x] + above[2 * x + 1] + below[2 * x] + below[2 * x + 1] + 2) / 4);
-  }
+  for (int y = 0; y < half.height(); ++y) HWY_DYNAMIC_DISPATCH(halveRow)
+  (mask.row(2 * y), mask.row(2 * y + 1), half.width(), half.row(y));
 }
 
 }  // namespace render

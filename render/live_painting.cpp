@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "render/compositing.h"
 #include "render/fading.h"
 #include "render/stroke_colors.h"
 
@@ -28,6 +29,11 @@ bool isSamePoint(const strokes::StrokePoint& a, const strokes::StrokePoint& b) {
 }
 
 }  // namespace
+
+bool LivePainting::Entry::isFor(const strokes::Stroke& stroke) const {
+  return stroke.id == id && stroke.colorIndex == colorIndex && stroke.points.size() >= pointCount &&
+         (pointCount == 0 || isSamePoint(stroke.points[pointCount - 1], lastPoint));
+}
 
 const std::vector<int>& LivePainting::update(const RenderScene& scene, const CanvasMapping& mapping,
                                              int width, int height) {
@@ -74,23 +80,15 @@ bool LivePainting::follows(const RenderScene& scene, const CanvasMapping& mappin
 void LivePainting::takeAwayMissing(const RenderScene& scene) {
   // Entries that are in the scene keep their order, so one pass over both finds the others.
   std::size_t place = 0;
-  std::vector<Entry> kept;
-  kept.reserve(entries_.size());
-  for (Entry& entry : entries_) {
-    const auto matches = [&entry](const strokes::Stroke& stroke) {
-      return stroke.id == entry.id && stroke.colorIndex == entry.colorIndex &&
-             stroke.points.size() >= entry.pointCount &&
-             (entry.pointCount == 0 ||
-              isSamePoint(stroke.points[entry.pointCount - 1], entry.lastPoint));
-    };
-    if (place < scene.strokes.size() && matches(scene.strokes[place])) {
-      kept.push_back(std::move(entry));
+  const auto isMissing = [&](const Entry& entry) {
+    if (place < scene.strokes.size() && entry.isFor(scene.strokes[place])) {
       ++place;
-    } else {
-      takeAway(entry);
+      return false;
     }
-  }
-  entries_ = std::move(kept);
+    takeAway(entry);
+    return true;
+  };
+  entries_.erase(std::remove_if(entries_.begin(), entries_.end(), isMissing), entries_.end());
 }
 
 void LivePainting::takeAway(const Entry& entry) {

@@ -56,6 +56,9 @@ class LivePainting {
     std::size_t pointCount = 0;
     strokes::StrokePoint lastPoint;
     std::vector<int> tiles;
+
+    /// Whether the stroke is this one, perhaps longer by now.
+    bool isFor(const strokes::Stroke& stroke) const;
   };
 
   bool follows(const RenderScene& scene, const CanvasMapping& mapping, int width, int height);

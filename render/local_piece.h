@@ -1,5 +1,8 @@
 #pragma once
 
+#include <algorithm>
+#include <cmath>
+
 #include "render/curve_piece.h"
 
 namespace render {
@@ -32,11 +35,54 @@ struct CellSpan {
 /// `step`: device pixels per cell.
 LocalPiece localPiece(const CurvePiece& piece, double step);
 
+/// The cell that holds a position, within [first, end].
+inline int cellAt(float position, int first, int end) {
+  return static_cast<int>(
+      std::clamp(std::floor(position), static_cast<float>(first), static_cast<float>(end)));
+}
+
 /// The rows, among those from `first` up to `end`, that lie within `reach` cells of the piece's
 /// curve.
-CellSpan rowsNear(const LocalPiece& piece, float reach, int first, int end);
+inline CellSpan rowsNear(const LocalPiece& p, float reach, int first, int end) {
+  const float all = reach + p.bulge;
+  return {cellAt(std::min(p.startY, p.startY + p.chordY) - all, first, end),
+          cellAt(std::max(p.startY, p.startY + p.chordY) + all + 1, first, end)};
+}
 
-/// The same for the cells of row `y`, none when first >= end. May hold a few more.
-CellSpan cellsNear(const LocalPiece& piece, int y, float reach, int first, int end);
+/// The cells of row `y` that may lie as near, and count for the piece; none when first >= end.
+inline CellSpan cellsNear(const LocalPiece& p, int y, float reach, int first, int end) {
+  // The chord's part that is near enough in y, then the reach to both sides of it.
+  const float all = reach + p.bulge;
+  const float above = static_cast<float>(y) - all - p.startY;
+  const float below = static_cast<float>(y) + all - p.startY;
+  float from = 0, to = 1;
+  if (std::abs(p.chordY) > 1e-3f) {
+    const float a = above / p.chordY, b = below / p.chordY;
+    from = std::max(from, std::min(a, b));
+    to = std::min(to, std::max(a, b));
+    if (from > to) return {};
+  } else if (above > 0.01f || below < -0.01f) {
+    return {};
+  }
+  const float x0 = p.startX + from * p.chordX, x1 = p.startX + to * p.chordX;
+  float left = std::min(x0, x1) - all, right = std::max(x0, x1) + all;
+  const float row = static_cast<float>(y);
+  const auto keepUpTo = [&](float directionX, float slack) {
+    // directionX * x <= slack.
+    if (directionX > 1e-3f) {
+      right = std::min(right, slack / directionX);
+    } else if (directionX < -1e-3f) {
+      left = std::max(left, slack / directionX);
+    } else if (slack < -1.0f - 1e-3f * (std::abs(left) + std::abs(right))) {
+      right = left - 2;
+    }
+  };
+  keepUpTo(p.endDirectionX, p.endExtra + p.endDirectionX * (p.startX + p.chordX) +
+                                p.endDirectionY * (p.startY + p.chordY - row));
+  keepUpTo(-p.startDirectionX,
+           p.startExtra - p.startDirectionX * p.startX - p.startDirectionY * (p.startY - row));
+  if (right < left) return {};
+  return {cellAt(left, first, end), cellAt(right + 1, first, end)};
+}
 
 }  // namespace render

@@ -38,17 +38,28 @@ struct TileRowShares {
   alignas(64) std::int16_t core[PaintTile::kSide];
 };
 
-/// All rows of a tile, see TileRowShares.
+/// All rows of a tile.
 struct TileShares {
   TileRowShares rows[PaintTile::kSide];
+  // Outside these rows the core has no share, and its shares are undefined.
+  int firstCoreRow = 0;
+  int endCoreRow = 0;
 };
 
-/// One row of a stroke's masks, 0 to kFull for the coverages, 0 to kGlowFull for the glows.
-struct TileRowMasks {
-  alignas(64) std::int16_t wideGlow[PaintTile::kSide];
-  alignas(64) std::int16_t narrowGlow[PaintTile::kSide];
-  alignas(64) std::int16_t body[PaintTile::kSide];
-  alignas(64) std::int16_t core[PaintTile::kSide];
+/// How a row of a tile lies between four rows of coarser cells.
+struct RowMix {
+  const std::int16_t* rows[4];  ///< 64 values each.
+  const std::int16_t* weights;  ///< Four, in 1/32768.
+};
+
+/// The masks of a glowing stroke in a tile.
+struct GlowingMasks {
+  RowMix wide[PaintTile::kSide];  ///< Of values from 0 to kGlowFull, as `narrow`.
+  RowMix narrow[PaintTile::kSide];
+  const std::int16_t* body = nullptr;  ///< 64 values a row, 0 to kFull, as `core`.
+  const std::int16_t* core = nullptr;
+  int firstRow = 0;  ///< Of the rows that `body` and `core` paint in; the others are not looked at.
+  int endRow = 0;
 };
 
 /// The two colours of a stroke: blue, green, red, alpha, 0 to kFull.

@@ -3,29 +3,80 @@
 #include <algorithm>
 #include <cmath>
 
+#include "render/paint_tile.h"
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "render/picture_rows.cpp"
 #include "hwy/foreach_target.h"  // IWYU pragma: keep
 #include "hwy/highway.h"
+
+#ifndef RENDER_PICTURE_ROWS_FULL_LIGHT
+#define RENDER_PICTURE_ROWS_FULL_LIGHT
+namespace render {
+// 255 in 1/128.
+inline constexpr std::int16_t kFullLight = 255 * 128;
+}  // namespace render
+#endif
 
 HWY_BEFORE_NAMESPACE();
 namespace render::HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-/// Channels `first` and on, up to `end`, of the weighted sum of rows, dimmed. Both are multiples
-/// of the vector's length but for the end.
+/// Two neighbouring pixels of `source` for each new one, weighted. `firsts`: the left ones.
+/// An even `count`; the fourth channel becomes full.
+void stretchPairs(const std::uint8_t* source, const int* firsts, const std::int16_t* leftWeights,
+                  const std::int16_t* rightWeights, int count, std::int16_t* row) {
+#if HWY_TARGET == HWY_SCALAR
+  const hn::ScalableTag<std::int16_t> d;
+  for (int i = 0; i < 4 * count; ++i) {
+    const std::uint8_t* pair = source + 4 * firsts[i / 4] + i % 4;
+    const auto part = [d](int value, std::int16_t weight) {
+      return hn::GetLane(hn::MulFixedPoint15(hn::Set(d, static_cast<std::int16_t>(value << 7)),
+                                             hn::Set(d, weight)));
+    };
+    row[i] =
+        static_cast<std::int16_t>(part(pair[0], leftWeights[i]) + part(pair[4], rightWeights[i]) +
+                                  (i % 4 == 3 ? kFullLight : 0));
+  }
+#else
+  const hn::FixedTag<std::int16_t, 8> d;
+  const hn::FixedTag<std::uint8_t, 8> d8;
+  alignas(16) static constexpr std::int16_t kOpaque[8] = {0, 0, 0, kFullLight, 0, 0, 0, kFullLight};
+  const auto opaque = hn::Load(d, kOpaque);
+  const auto pairAt = [&](int x) {
+    return hn::ShiftLeft<7>(hn::PromoteTo(d, hn::LoadU(d8, source + 4 * firsts[x])));
+  };
+  for (int x = 0; x < count; x += 2) {
+    const auto one = pairAt(x), other = pairAt(x + 1);
+    const auto left =
+        hn::MulFixedPoint15(hn::ConcatLowerLower(d, other, one), hn::LoadU(d, leftWeights + 4 * x));
+    const auto right = hn::MulFixedPoint15(hn::ConcatUpperUpper(d, other, one),
+                                           hn::LoadU(d, rightWeights + 4 * x));
+    hn::StoreU(hn::Add(hn::Add(left, right), opaque), d, row + 4 * x);
+  }
+#endif
+}
+
+/// The weighted sum of rows, dimmed: `end` channels, a multiple of the vector's length. `light`:
+/// for each channel, repeating.
 void sumRows(const std::int16_t* const* rows, const std::int16_t* weights, int taps,
-             std::int16_t light, int end, std::uint8_t* pixels) {
+             const std::int16_t* light, int end, std::uint8_t* pixels) {
   const hn::CappedTag<std::int16_t, 32> d;
   const hn::Rebind<std::uint8_t, decltype(d)> d8;
   const int lanes = static_cast<int>(hn::Lanes(d));
   const auto half = hn::Set(d, 64);
+#if HWY_TARGET != HWY_SCALAR
+  const auto lights = hn::LoadDup128(d, light);
+#endif
   for (int i = 0; i < end; i += lanes) {
     auto sum = hn::MulFixedPoint15(hn::LoadU(d, rows[0] + i), hn::Set(d, weights[0]));
     for (int k = 1; k < taps; ++k)
       sum = hn::Add(sum, hn::MulFixedPoint15(hn::LoadU(d, rows[k] + i), hn::Set(d, weights[k])));
-    if (light != 32767) sum = hn::MulFixedPoint15(sum, hn::Set(d, light));
+#if HWY_TARGET == HWY_SCALAR
+    const auto lights = hn::Set(d, light[i % 8]);
+#endif
+    sum = hn::MulFixedPoint15(sum, lights);
     hn::StoreU(hn::DemoteTo(d8, hn::ShiftRight<7>(hn::Add(sum, half))), d8, pixels + i);
   }
 }
@@ -37,6 +88,7 @@ HWY_AFTER_NAMESPACE();
 
 namespace render {
 
+HWY_EXPORT(stretchPairs);
 HWY_EXPORT(sumRows);
 
 namespace {
@@ -55,6 +107,15 @@ PictureRows::PictureRows(const pixels::Image& picture, double width, double heig
       rowNumbers_(rows_.size(), -1) {
   const std::size_t length = 4 * static_cast<std::size_t>(across_.length()) + kMostLanes;
   for (auto& row : rows_) row.resize(length);
+  if (across_.taps() != 2) return;
+  leftWeights_.resize(length);
+  rightWeights_.resize(length);
+  for (int x = 0; x < across_.length(); ++x) {
+    for (int c = 0; c < 3; ++c) {
+      leftWeights_[static_cast<std::size_t>(4 * x + c)] = across_.weights(x)[0];
+      rightWeights_[static_cast<std::size_t>(4 * x + c)] = across_.weights(x)[1];
+    }
+  }
 }
 
 const std::int16_t* PictureRows::stretched(int pictureRow) {
@@ -63,8 +124,31 @@ const std::int16_t* PictureRows::stretched(int pictureRow) {
   if (rowNumbers_[slot] == pictureRow) return row.data();
   rowNumbers_[slot] = pictureRow;
   const std::uint8_t* source = picture_.row(pictureRow);
-  std::int16_t* out = row.data();
-  for (int x = 0; x < across_.length(); ++x, out += 4) {
+  if (across_.taps() == 2) {
+    stretchByPairs(source, row.data());
+  } else {
+    stretchByTaps(source, row.data());
+  }
+  return row.data();
+}
+
+void PictureRows::stretchByPairs(const std::uint8_t* source, std::int16_t* row) const {
+  // Two at a time; a last odd one is done together with its neighbour once more.
+  const int even = width() / 2 * 2;
+  HWY_DYNAMIC_DISPATCH(stretchPairs)
+  (source, across_.firsts(), leftWeights_.data(), rightWeights_.data(), even, row);
+  if (even == width() || width() < 2) {
+    if (width() == 1) stretchByTaps(source, row);
+    return;
+  }
+  const int last = width() - 2;
+  HWY_DYNAMIC_DISPATCH(stretchPairs)
+  (source, across_.firsts() + last, leftWeights_.data() + 4 * last, rightWeights_.data() + 4 * last,
+   2, row + 4 * last);
+}
+
+void PictureRows::stretchByTaps(const std::uint8_t* source, std::int16_t* row) const {
+  for (int x = 0; x < width(); ++x, row += 4) {
     const std::uint8_t* p = source + 4 * across_.first(x);
     const std::int16_t* weights = across_.weights(x);
     int b = 128, g = 128, r = 128;
@@ -73,28 +157,29 @@ const std::int16_t* PictureRows::stretched(int pictureRow) {
       g += p[1] * weights[k];
       r += p[2] * weights[k];
     }
-    out[0] = static_cast<std::int16_t>(b >> 8);
-    out[1] = static_cast<std::int16_t>(g >> 8);
-    out[2] = static_cast<std::int16_t>(r >> 8);
+    row[0] = static_cast<std::int16_t>(b >> 8);
+    row[1] = static_cast<std::int16_t>(g >> 8);
+    row[2] = static_cast<std::int16_t>(r >> 8);
+    row[3] = kFullLight;
   }
-  return row.data();
 }
 
 void PictureRows::fetch(int y, std::uint8_t* pixels) {
   const int count = width();
-  std::vector<const std::int16_t*> rows;
+  std::vector<const std::int16_t*>& rows = rowsWanted_;
+  rows.clear();
   for (int k = 0; k < down_.taps(); ++k) rows.push_back(stretched(down_.first(y) + k));
+  const std::int16_t light[8] = {light_, light_, light_, kFull, light_, light_, light_, kFull};
   const int whole = 4 * count / kMostLanes * kMostLanes;
   HWY_DYNAMIC_DISPATCH(sumRows)
-  (rows.data(), down_.weights(y), down_.taps(), light_, whole, pixels);
+  (rows.data(), down_.weights(y), down_.taps(), light, whole, pixels);
   if (whole < 4 * count) {
     std::uint8_t last[kMostLanes];
     for (auto& row : rows) row += whole;
     HWY_DYNAMIC_DISPATCH(sumRows)
-    (rows.data(), down_.weights(y), down_.taps(), light_, kMostLanes, last);
+    (rows.data(), down_.weights(y), down_.taps(), light, kMostLanes, last);
     std::copy_n(last, 4 * count - whole, pixels + whole);
   }
-  for (int x = 0; x < count; ++x) pixels[4 * x + 3] = 255;
 }
 
 }  // namespace render

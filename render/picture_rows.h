@@ -25,14 +25,21 @@ class PictureRows {
 
  private:
   const std::int16_t* stretched(int pictureRow);
+  void stretchByPairs(const std::uint8_t* source, std::int16_t* row) const;
+  void stretchByTaps(const std::uint8_t* source, std::int16_t* row) const;
 
   pixels::Image picture_;
   Resampling across_;
   Resampling down_;
   std::int16_t light_;
+  // For two taps, as when a picture grows: the weights of the left and of the right pixel for each
+  // channel but the fourth.
+  std::vector<std::int16_t> leftWeights_;
+  std::vector<std::int16_t> rightWeights_;
   // The picture's rows at full width, 0 to 255 in 1/128, as many as a row of the canvas takes.
   std::vector<std::vector<std::int16_t>> rows_;
   std::vector<int> rowNumbers_;
+  std::vector<const std::int16_t*> rowsWanted_;
 };
 
 }  // namespace render

@@ -10,7 +10,8 @@ Resampling::Resampling(int from, double to, int count, bool isMirrored) : length
   // A tent of this half width around a new pixel's centre; between it and a box the difference is
   // not worth a second filter.
   const double half = std::max(ratio, 1.0);
-  taps_ = static_cast<int>(std::min(std::ceil(2 * half) + 1, static_cast<double>(from)));
+  const double wanted = ratio <= 1 ? 2 : std::ceil(2 * half) + 1;
+  taps_ = static_cast<int>(std::min(wanted, static_cast<double>(from)));
   firsts_.resize(static_cast<std::size_t>(length_));
   weights_.resize(static_cast<std::size_t>(length_) * static_cast<std::size_t>(taps_));
   std::vector<double> shares(static_cast<std::size_t>(taps_));

@@ -20,6 +20,7 @@ class Resampling {
   int taps() const { return taps_; }
   /// The first old pixel of new pixel `i`; the following taps are its neighbours to the right.
   int first(int i) const { return firsts_[static_cast<std::size_t>(i)]; }
+  const int* firsts() const { return firsts_.data(); }
   /// taps() weights, in 1/32768, together 32768 at most.
   const std::int16_t* weights(int i) const {
     return weights_.data() + static_cast<std::size_t>(i) * static_cast<std::size_t>(taps_);

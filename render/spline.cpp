@@ -15,20 +15,6 @@ namespace render::HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 using D = hn::CappedTag<std::int16_t, 32>;
 
-void mixRows(const std::int16_t* const* rows, const std::int16_t* weights, std::int16_t most,
-             std::int16_t* sum) {
-  const D d;
-  const auto w0 = hn::Set(d, weights[0]), w1 = hn::Set(d, weights[1]);
-  const auto w2 = hn::Set(d, weights[2]), w3 = hn::Set(d, weights[3]);
-  for (int x = 0; x < PaintTile::kSide; x += static_cast<int>(hn::Lanes(d))) {
-    const auto outer = hn::Add(hn::MulFixedPoint15(hn::Load(d, rows[0] + x), w0),
-                               hn::MulFixedPoint15(hn::Load(d, rows[3] + x), w3));
-    const auto inner = hn::Add(hn::MulFixedPoint15(hn::Load(d, rows[1] + x), w1),
-                               hn::MulFixedPoint15(hn::Load(d, rows[2] + x), w2));
-    hn::Store(hn::Min(hn::Add(outer, inner), hn::Set(d, most)), d, sum + x);
-  }
-}
-
 /// shares[k]: the weights of cell k for all 64 pixels.
 void expand(const std::int16_t* cells, int cellPx, const std::int16_t (*shares)[PaintTile::kSide],
             std::int16_t* pixels) {
@@ -50,7 +36,6 @@ HWY_AFTER_NAMESPACE();
 
 namespace render {
 
-HWY_EXPORT(mixRows);
 HWY_EXPORT(expand);
 
 namespace {
@@ -113,11 +98,6 @@ const SplineWeights& splineWeights(int cellPx, int i) {
 
 void expandCells(const std::int16_t* cells, int cellPx, std::int16_t* pixels) {
   HWY_DYNAMIC_DISPATCH(expand)(cells, cellPx, cellShares(cellPx).of, pixels);
-}
-
-void mixFourRows(const std::int16_t* const* rows, const SplineWeights& weights, std::int16_t most,
-                 std::int16_t* sum) {
-  HWY_DYNAMIC_DISPATCH(mixRows)(rows, weights.weight, most, sum);
 }
 
 }  // namespace render

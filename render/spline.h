@@ -19,10 +19,6 @@ inline int firstSplineCell(int cellPx, int i) {
   return i < cellPx / 2 ? -2 : -1;
 }
 
-/// sum = the four rows of 64 values, weighted; at most `most`.
-void mixFourRows(const std::int16_t* const* rows, const SplineWeights& weights, std::int16_t most,
-                 std::int16_t* sum);
-
 /// The 64 pixels of a tile's row from its 64 / cellPx cells, with two more before and after them.
 void expandCells(const std::int16_t* cells, int cellPx, std::int16_t* pixels);
 

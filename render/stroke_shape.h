@@ -5,6 +5,7 @@
 
 #include "render/curve_piece.h"
 #include "render/glow_layer.h"
+#include "render/local_piece.h"
 #include "render/piece_index.h"
 #include "render/pixel_rect.h"
 #include "strokes/stroke_points.h"
@@ -36,6 +37,7 @@ class StrokeShape {
 
   bool glow_ = false;
   std::vector<CurvePiece> pieces_;
+  std::vector<LocalPiece> local_;  // The pieces in cells of one pixel, once built.
   PieceIndex index_;
   GlowLayer wide_;
   GlowLayer narrow_;

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <vector>
-
 #include "render/glow_layer.h"
 #include "render/paint_tile.h"
 #include "render/stroke_shape.h"
@@ -22,20 +20,13 @@ class TileBrush {
            PaintTile& tile);
 
  private:
-  bool open(const StrokeShape& shape, int tileX, int tileY);
-  void row(int y, TileRowShares& shares) const;
+  void plainShares(TileShares& shares) const;
 
-  std::vector<CurvePiece> near_;
-  bool glow_ = false;
-  bool hasWide_ = false;
-  bool hasNarrow_ = false;
-  bool hasBody_ = false;
   GlowTile wide_;
   GlowTile narrow_;
   TileCoverage coverage_;
+  GlowingMasks masks_;
+  TileShares shares_;
 };
-
-/// Lays a tile's shares, fading by `alpha`, 0 to 1, over what is painted there.
-void layShares(const TileShares& shares, const StrokeColors& colors, double alpha, PaintTile& tile);
 
 }  // namespace render

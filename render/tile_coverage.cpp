@@ -22,46 +22,55 @@ const float* depthRow(const DistanceField& field, int y, bool ofCore) {
   return ofCore ? field.coreRow(y) : field.bodyRow(y);
 }
 
-std::uint64_t coverRow(const DistanceField& field, int y, bool ofCore, std::int16_t* coverage) {
-  return edgeRow(depthRow(field, y - 1, ofCore), depthRow(field, y, ofCore),
-                 depthRow(field, y + 1, ofCore), kFull, coverage);
-}
-
 }  // namespace
 
-void TileCoverage::paint(std::span<const CurvePiece> pieces, int tileX, int tileY, bool withCore) {
-  std::memset(body_, 0, sizeof body_);
-  std::memset(core_, 0, sizeof core_);
-  const bool isThin = std::any_of(pieces.begin(), pieces.end(), [=](const CurvePiece& piece) {
+void TileCoverage::paint(std::span<const CurvePiece> pieces, std::span<const LocalPiece> local,
+                         std::span<const int> numbers, int tileX, int tileY, bool withCore) {
+  pieces_ = pieces;
+  numbers_ = numbers;
+  fine_.clear();
+  const bool isThin = std::any_of(numbers.begin(), numbers.end(), [=](int number) {
+    const CurvePiece& piece = pieces[static_cast<std::size_t>(number)];
     return (withCore ? piece.coreHalf : piece.bodyHalf) < kThinHalfPx;
   });
   if (isThin) {
-    paintFinely(pieces, tileX * kTile, tileY * kTile, withCore);
+    paintFinely(tileX * kTile, tileY * kTile, withCore);
   } else {
-    paintCoarsely(pieces, tileX * kTile, tileY * kTile, withCore);
+    paintCoarsely(local, tileX * kTile, tileY * kTile, withCore);
   }
 }
 
-void TileCoverage::paintCoarsely(std::span<const CurvePiece> pieces, int left, int top,
+void TileCoverage::localiseFinely() {
+  if (!fine_.empty()) return;
+  for (const int number : numbers_)
+    fine_.push_back(localPiece(pieces_[static_cast<std::size_t>(number)], 1.0 / kFineness));
+}
+
+void TileCoverage::paintCoarsely(std::span<const LocalPiece> local, int left, int top,
                                  bool withCore) {
-  field_.reset(left, top, 1, withCore);
-  for (const CurvePiece& piece : pieces) field_.spread(piece);
-  for (int y = field_.firstRow(); y < field_.endRow(); ++y) {
-    const std::uint64_t meetings = coverRow(field_, y, false, body_ + y * kTile);
-    if (meetings) refine(pieces, left, top, y, meetings, false);
-    if (!withCore) continue;
-    const std::uint64_t coreMeetings = coverRow(field_, y, true, core_ + y * kTile);
-    if (coreMeetings) refine(pieces, left, top, y, coreMeetings, true);
-  }
+  field_.reset(left, top, withCore);
+  for (const int number : numbers_) field_.spread(local[static_cast<std::size_t>(number)]);
+  field_.continueOutwards();
+  firstRow_ = field_.firstRow();
+  endRow_ = field_.endRow();
+  const auto cover = [&](const float* depths, std::int16_t* mask, bool ofCore) {
+    std::uint64_t meetings[kTile];
+    edgeRows(depths, firstRow_, endRow_, kFull, mask, meetings);
+    for (int y = firstRow_; y < endRow_; ++y) {
+      if (meetings[y]) refine(left, top, y, meetings[y], ofCore);
+    }
+  };
+  cover(field_.bodyRow(0), body_, false);
+  if (withCore) cover(field_.coreRow(0), core_, true);
 }
 
-void TileCoverage::refine(std::span<const CurvePiece> pieces, int left, int top, int y,
-                          std::uint64_t pixels, bool ofCore) {
+void TileCoverage::refine(int left, int top, int y, std::uint64_t pixels, bool ofCore) {
+  localiseFinely();
   for (; pixels; pixels &= pixels - 1) {
     const int x = std::countr_zero(pixels);
-    fineField_.reset((left + x) * kFineness, (top + y) * kFineness, 1.0 / kFineness, ofCore);
+    fineField_.reset((left + x) * kFineness, (top + y) * kFineness, ofCore);
     fineField_.limit(kFineness, kFineness);
-    for (const CurvePiece& piece : pieces) fineField_.spread(piece);
+    for (const LocalPiece& piece : fine_) fineField_.spread(piece);
     int sum = 0;
     for (int row = fineField_.firstRow(); row < fineField_.endRow(); ++row) {
       std::int16_t fine[kTile];
@@ -73,9 +82,13 @@ void TileCoverage::refine(std::span<const CurvePiece> pieces, int left, int top,
   }
 }
 
-void TileCoverage::paintFinely(std::span<const CurvePiece> pieces, int left, int top,
-                               bool withCore) {
+void TileCoverage::paintFinely(int left, int top, bool withCore) {
+  localiseFinely();
   constexpr int kBlock = kTile / kFineness;
+  firstRow_ = 0;
+  endRow_ = kTile;
+  std::memset(body_, 0, sizeof body_);
+  if (withCore) std::memset(core_, 0, sizeof core_);
   const auto average = [this](bool ofCore, std::int16_t* corner) {
     for (int y = fineField_.firstRow() / kFineness; y * kFineness < fineField_.endRow(); ++y) {
       int sums[kBlock] = {};
@@ -91,8 +104,8 @@ void TileCoverage::paintFinely(std::span<const CurvePiece> pieces, int left, int
   };
   for (int y0 = 0; y0 < kTile; y0 += kBlock) {
     for (int x0 = 0; x0 < kTile; x0 += kBlock) {
-      fineField_.reset((left + x0) * kFineness, (top + y0) * kFineness, 1.0 / kFineness, withCore);
-      for (const CurvePiece& piece : pieces) fineField_.spread(piece);
+      fineField_.reset((left + x0) * kFineness, (top + y0) * kFineness, withCore);
+      for (const LocalPiece& piece : fine_) fineField_.spread(piece);
       average(false, body_ + y0 * kTile + x0);
       if (withCore) average(true, core_ + y0 * kTile + x0);
     }

@@ -2,9 +2,11 @@
 
 #include <cstdint>
 #include <span>
+#include <vector>
 
 #include "render/curve_piece.h"
 #include "render/distance_field.h"
+#include "render/local_piece.h"
 #include "render/paint_tile.h"
 
 namespace render {
@@ -13,19 +15,31 @@ namespace render {
 /// glows, its core.
 class TileCoverage {
  public:
-  /// Paints the pieces, which are all those that come within a few pixels of the tile.
-  void paint(std::span<const CurvePiece> pieces, int tileX, int tileY, bool withCore);
+  /// Paints the pieces with these numbers, which are all those that come within a few pixels of the
+  /// tile. `local`: the same pieces in cells of one pixel.
+  void paint(std::span<const CurvePiece> pieces, std::span<const LocalPiece> local,
+             std::span<const int> numbers, int tileX, int tileY, bool withCore);
 
-  const std::int16_t* bodyRow(int y) const { return body_ + y * PaintTile::kSide; }
-  /// All zero without core.
-  const std::int16_t* coreRow(int y) const { return core_ + y * PaintTile::kSide; }
+  /// Nothing is painted outside these rows, and their masks are undefined.
+  int firstRow() const { return firstRow_; }
+  int endRow() const { return endRow_; }
+
+  /// 64 values a row.
+  const std::int16_t* body() const { return body_; }
+  /// Undefined without core.
+  const std::int16_t* core() const { return core_; }
 
  private:
-  void paintCoarsely(std::span<const CurvePiece> pieces, int left, int top, bool withCore);
-  void paintFinely(std::span<const CurvePiece> pieces, int left, int top, bool withCore);
-  void refine(std::span<const CurvePiece> pieces, int left, int top, int y, std::uint64_t pixels,
-              bool ofCore);
+  void paintCoarsely(std::span<const LocalPiece> local, int left, int top, bool withCore);
+  void paintFinely(int left, int top, bool withCore);
+  void refine(int left, int top, int y, std::uint64_t pixels, bool ofCore);
+  void localiseFinely();
 
+  std::span<const CurvePiece> pieces_;  // While painting, as the numbers.
+  std::span<const int> numbers_;
+  std::vector<LocalPiece> fine_;  // The pieces in finer cells, once they are needed.
+  int firstRow_ = 0;
+  int endRow_ = 0;
   DistanceField field_;
   DistanceField fineField_;
   alignas(64) std::int16_t body_[PaintTile::kSide * PaintTile::kSide];

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <cstddef>
+
+namespace bench {
+
+/// All bytes that this program has ever asked for with new.
+std::size_t allocatedBytes();
+
+}  // namespace bench
