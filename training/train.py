@@ -11,6 +11,7 @@ import argparse
 import copy
 import json
 import math
+import multiprocessing
 import os
 import pathlib
 import queue
@@ -27,23 +28,29 @@ import networks
 WARM_UP_STEPS = 200
 SAVE_SECONDS = 120
 FOLLOW_EVERY = 4     # Steps between moves of the average.
+SMALL_CROPS_UNTIL = 0.75  # Of the training: crops of 96 pixels cost half.
 MIRRORED_LATER = 30  # Batches between a batch and its mirror image.
 
 
 class Landmarks:
     """Pictures and loss of the landmark network."""
 
-    def __init__(self, arguments, seed):
+    def __init__(self, arguments):
         from evaluate_crops import tuning_crops
-        from landmark_data import LandmarkBatches
 
         self.net = networks.LandmarkNet()
-        self.batches = LandmarkBatches(arguments.hands, arguments.crops, arguments.rooms, arguments.mined,
-                                       arguments.real_share, seed)
         self.tuning = tuning_crops(arguments.hands)
 
-    def draw(self, count, progress):
-        return self.batches.batch(count, 96 if progress < 0.75 else networks.CROP_SIZE)
+    @staticmethod
+    def batches(arguments):
+        from landmark_data import LandmarkBatches
+
+        return LandmarkBatches(arguments.hands, arguments.crops, arguments.rooms, arguments.mined,
+                               arguments.real_share, arguments.seed)
+
+    @staticmethod
+    def draw(batches, count, progress):
+        return batches.batch(count, 96 if progress < SMALL_CROPS_UNTIL else networks.CROP_SIZE)
 
     def loss(self, net, batch, device, autocast):
         from landmark_loss import landmark_loss
@@ -61,15 +68,22 @@ class Landmarks:
 class Finder:
     """Pictures and loss of the finder."""
 
-    def __init__(self, arguments, seed):
-        from finder_data import FinderBatches, tuning_pictures
+    def __init__(self, arguments):
+        from finder_data import tuning_pictures
 
         self.net = networks.FinderNet()
-        self.batches = FinderBatches(arguments.hands, arguments.scenes, arguments.rooms, arguments.real_share, seed)
         self.tuning = tuning_pictures(arguments.hands)
 
-    def draw(self, count, progress):
-        return self.batches.batch(count)
+    @staticmethod
+    def batches(arguments):
+        from finder_data import FinderBatches
+
+        return FinderBatches(arguments.hands, arguments.scenes, arguments.rooms, arguments.real_share,
+                             arguments.seed)
+
+    @staticmethod
+    def draw(batches, count, progress):
+        return batches.batch(count)
 
     def loss(self, net, batch, device, autocast):
         from finder_loss import finder_loss
@@ -82,6 +96,25 @@ class Finder:
         from finder_data import report
 
         return report(net, self.tuning)
+
+
+def feed(kind, arguments, seed, progress, ready):
+    """Draws batches for ever, in a process of its own."""
+    for number in (signal.SIGTERM, signal.SIGINT):
+        signal.signal(number, signal.SIG_IGN)  # The training stops, and this process with it.
+    cv2.setNumThreads(1)
+    batches = kind.batches(arguments)
+    batches.rng = np.random.default_rng(seed)
+    drawn, waiting = 0, []
+    while True:
+        batch = kind.draw(batches, arguments.batch, progress.value)
+        ready.put(batch)
+        waiting.append(batches.mirrored(batch))
+        if len(waiting) > MIRRORED_LATER:
+            ready.put(waiting.pop(int(batches.rng.integers(len(waiting)))))
+        drawn += 1
+        if drawn % 300 == 0:
+            batches.rescan()
 
 
 def pixels_of(pictures, device):
@@ -147,35 +180,27 @@ def train(arguments):
     cv2.setNumThreads(1)
     device = "cuda" if torch.cuda.is_available() else "cpu"
     torch.manual_seed(arguments.seed)
-    task = (Landmarks if arguments.network == "landmarks" else Finder)(arguments, arguments.seed)
+    kind = Landmarks if arguments.network == "landmarks" else Finder
+    task = kind(arguments)
     run = Run(arguments.run, task.net, arguments.rate, device)
-    # Another start draws other pictures.
-    task.batches.rng = np.random.default_rng([arguments.seed, run.counters["starts"], run.counters["steps"]])
     stop = threading.Event()
     for number in (signal.SIGTERM, signal.SIGINT):
         signal.signal(number, lambda *_: stop.set())
     total = arguments.hours * 3600
+    spawn = multiprocessing.get_context("spawn")
+    shared_progress, ready = spawn.Value("d", 0.0), spawn.Queue(6)
+    seed = [arguments.seed, run.counters["starts"], run.counters["steps"]]  # Another start draws other pictures.
+    spawn.Process(target=feed, args=(kind, arguments, seed, shared_progress, ready), daemon=True).start()
     progress = lambda: run.counters["seconds"] / total
 
-    ready = queue.Queue(6)
-
-    def feed():
-        drawn, waiting = 0, []
-        while not stop.is_set():
-            batch = task.draw(arguments.batch, progress())
-            ready.put(batch)
-            waiting.append(task.batches.mirrored(batch))
-            if len(waiting) > MIRRORED_LATER:
-                ready.put(waiting.pop(int(task.batches.rng.integers(len(waiting)))))
-            drawn += 1
-            if drawn % 300 == 0:
-                task.batches.rescan()
-
-    threading.Thread(target=feed, daemon=True).start()
     last = saved = logged = time.time()
     sums, since = {}, 0
     while not stop.is_set() and progress() < 1:
-        batch = ready.get()
+        shared_progress.value = progress()
+        try:
+            batch = ready.get(timeout=1)
+        except queue.Empty:
+            continue
         rate = learning_rate(arguments.rate, run.counters["steps"], progress())
         for group in run.optimiser.param_groups:
             group["lr"] = rate
