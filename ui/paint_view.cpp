@@ -4,7 +4,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 
-#include "render/canvas_renderer.h"
 #include "ui/canvas_geometry.h"
 
 namespace ui {
@@ -37,7 +36,7 @@ void PaintView::showEvent(QShowEvent* event) {
   if (timer_) return;
   timer_ = timers_.repeat(kFrameInterval, [this] {
     model_.tick();
-    update();
+    showWhatChanged();
   });
 }
 
@@ -48,23 +47,26 @@ void PaintView::hideEvent(QHideEvent* event) {
   model_.mouseUp();
 }
 
-void PaintView::paintEvent(QPaintEvent*) {
+void PaintView::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
-  const QRectF canvas = this->canvas();
-  if (!(canvas.width() > 1 && canvas.height() > 1)) {
-    painter.fillRect(rect(), palette().window());
-    return;
-  }
   const double scale = devicePixelRatioF();
-  const QRect place = devicePixels(canvas, scale);
-  drawPicture(place.size());
-
+  const QRect place = canvasPixels();
   painter.scale(1 / scale, 1 / scale);  // Pixels go to the screen one to one.
-  painter.drawImage(place.topLeft(), picture_);
   const QRect whole(QPoint(0, 0), (QSizeF(size()) * scale).toSize());
   for (const QRect& letterbox : QRegion(whole) - place) {
     painter.fillRect(letterbox, palette().window());
   }
+  if (place.isEmpty()) return;
+
+  // Parts of the picture that changed only now may lie outside of what is painted here.
+  const QRect changed = toView(drawPicture(place));
+  if (!event->rect().contains(changed)) update(changed);
+  if (model_.background() == render::CanvasBackground::transparent) {
+    painter.fillRect(place, palette().window());
+  } else {
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+  }
+  painter.drawImage(place.topLeft(), picture_);
 }
 
 void PaintView::mousePressEvent(QMouseEvent* event) {
@@ -87,18 +89,47 @@ QRectF PaintView::canvas() const {
   return canvasRect(size(), model_.canvasAspect());
 }
 
-void PaintView::drawPicture(QSize size) {
-  // The canvas is opaque by the time it is shown, so its premultiplied pixels are plain ones.
-  if (picture_.size() != size) picture_ = QImage(size, QImage::Format_RGB32);
-  const render::CanvasBackground background = model_.background();
-  if (background == render::CanvasBackground::transparent) {
-    picture_.fill(palette().color(QPalette::Window));
+QRect PaintView::canvasPixels() const {
+  const QRectF canvas = this->canvas();
+  if (!(canvas.width() > 1 && canvas.height() > 1)) return {};
+  return devicePixels(canvas, devicePixelRatioF());
+}
+
+void PaintView::showWhatChanged() {
+  const QRect place = canvasPixels();
+  if (place != place_) {
+    update();
+  } else if (!place.isEmpty()) {
+    update(toView(drawPicture(place)));
+  }
+}
+
+QRect PaintView::drawPicture(const QRect& place) {
+  place_ = place;
+  if (picture_.size() != place.size()) {
+    picture_ = QImage(place.size(), QImage::Format_ARGB32_Premultiplied);
+    picture_.fill(Qt::transparent);
+    live_.invalidate();
   }
   const double scale = devicePixelRatioF();
-  const pixels::SurfaceView pixels{picture_.bits(), size.width(), size.height(),
+  const pixels::SurfaceView pixels{picture_.bits(), place.width(), place.height(),
                                    static_cast<std::size_t>(picture_.bytesPerLine())};
-  render::CanvasRenderer::render(model_.makeScene(background, true), {pixels, scale},
-                                 {size.width() / scale, size.height() / scale});
+  const render::PixelRect changed =
+      live_
+          .draw(model_.makeScene(model_.background(), true), {pixels, scale},
+                {place.width() / scale, place.height() / scale})
+          .changed;
+  if (changed.isEmpty()) return {};
+  return QRect(changed.left, changed.top, changed.width(), changed.height())
+      .translated(place.topLeft());
+}
+
+QRect PaintView::toView(const QRect& devicePixels) const {
+  if (devicePixels.isEmpty()) return {};
+  const double scale = devicePixelRatioF();
+  return QRectF(devicePixels.x() / scale, devicePixels.y() / scale, devicePixels.width() / scale,
+                devicePixels.height() / scale)
+      .toAlignedRect();
 }
 
 }  // namespace ui

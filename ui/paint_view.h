@@ -6,12 +6,13 @@
 
 #include "model/app_model.h"
 #include "platform/timer_factory.h"
+#include "render/live_canvas.h"
 
 namespace ui {
 
 /// Shows the painting and lets the mouse, or a tablet's pen, draw in it. While it is shown it ticks
-/// the model and draws 30 times a second; the canvas sits in the middle, around it the window's
-/// colour.
+/// the model 30 times a second and paints what has changed; the canvas sits in the middle, around
+/// it the window's colour.
 class PaintView final : public QWidget {
  public:
   /// Seconds between two pictures.
@@ -31,13 +32,21 @@ class PaintView final : public QWidget {
 
  private:
   QRectF canvas() const;
-  /// Draws the model's scene into `picture_`, which gets `size` device pixels.
-  void drawPicture(QSize size);
+  /// Where the canvas lies, in device pixels; empty when there is no room for one.
+  QRect canvasPixels() const;
+  void showWhatChanged();
+  /// Brings `picture_` up to the model's scene. `place`: canvasPixels(). Where it changed, in the
+  /// view's device pixels.
+  QRect drawPicture(const QRect& place);
+  /// In points, grown to whole ones.
+  QRect toView(const QRect& devicePixels) const;
 
   model::AppModel& model_;
   platform::TimerFactory& timers_;
   std::unique_ptr<platform::RepeatingTimer> timer_;  // While the view is shown.
-  QImage picture_;                                   // The canvas, kept from frame to frame.
+  render::LiveCanvas live_;
+  QImage picture_;  // The canvas, kept from frame to frame.
+  QRect place_;     // Where it was last drawn for, in device pixels.
 };
 
 }  // namespace ui

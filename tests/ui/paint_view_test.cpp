@@ -4,9 +4,11 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QPaintEvent>
 #include <QTabletEvent>
 #include <QVBoxLayout>
 #include <optional>
+#include <vector>
 
 #include "render/canvas_renderer.h"
 #include "tests/support/fake_platform.h"
@@ -62,22 +64,53 @@ TEST_F(PaintViewTest, EachFiringTicksTheModel) {
   EXPECT_EQ(model.strokeCount(), 0);
 }
 
-TEST_F(PaintViewTest, EachFiringAsksForANewPicture) {
-  struct PaintCounter : QObject {
-    bool eventFilter(QObject*, QEvent* event) override {
-      paints += event->type() == QEvent::Paint;
-      return false;
-    }
-    int paints = 0;
-  } counter;
+struct PaintCounter : QObject {
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::Paint) painted.push_back(static_cast<QPaintEvent*>(event)->rect());
+    return false;
+  }
+  std::vector<QRect> painted;
+};
+
+TEST_F(PaintViewTest, EachFiringPaintsWhatChangedSinceTheLast) {
+  machine.timers.fire();
+  settle();
+  PaintCounter counter;
+  view->installEventFilter(&counter);
+
+  model.mouseDown(0.5, 0.5);
+  machine.timers.fire();
+  settle();
+
+  ASSERT_THAT(counter.painted, SizeIs(1));
+  EXPECT_TRUE(counter.painted[0].contains(QPoint(320, 240)));
+  EXPECT_LT(counter.painted[0].width(), 640);
+}
+
+TEST_F(PaintViewTest, AFiringWithoutAChangePaintsNothing) {
+  machine.timers.fire();
+  settle();
+  PaintCounter counter;
   view->installEventFilter(&counter);
 
   machine.timers.fire();
   settle();
+
+  EXPECT_THAT(counter.painted, IsEmpty());
+}
+
+TEST_F(PaintViewTest, WhatChangedOutsideOfAPartialPaintingIsPaintedNext) {
   machine.timers.fire();
   settle();
+  model.mouseDown(0.5, 0.5);
+  PaintCounter counter;
+  view->installEventFilter(&counter);
 
-  EXPECT_EQ(counter.paints, 2);
+  view->repaint(QRect(0, 70, 10, 10));
+  settle();
+
+  ASSERT_THAT(counter.painted, SizeIs(2));
+  EXPECT_TRUE(counter.painted[1].contains(QPoint(320, 240)));
 }
 
 TEST_F(PaintViewTest, RemovingTheViewFromItsWindowStopsItsTimer) {
