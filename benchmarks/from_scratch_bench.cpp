@@ -23,8 +23,10 @@ render::RenderScene overCamera(render::RenderScene scene) {
   return scene;
 }
 
-#define FROM_SCRATCH(name, scene, size) \
-  BENCHMARK_CAPTURE(drawFromScratch, name, scene, size)->Unit(benchmark::kMillisecond)
+#define FROM_SCRATCH(name, scene, size)                 \
+  BENCHMARK_CAPTURE(drawFromScratch, name, scene, size) \
+      ->Unit(benchmark::kMillisecond)                   \
+      ->MeasureProcessCPUTime()
 
 FROM_SCRATCH(strokes20_glow_720p, painting(20, 100, true), k720p);
 FROM_SCRATCH(strokes100_glow_1080p, painting(100, 200, true), k1080p);

@@ -1,16 +1,20 @@
 #include "render/canvas_renderer.h"
 
+#include <algorithm>
 #include <cassert>
 #include <cmath>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <new>
+#include <thread>
 #include <vector>
 
 #include "render/background.h"
 #include "render/compositing.h"
 #include "render/cursor.h"
 #include "render/fading.h"
+#include "render/parallel.h"
 #include "render/stroke_colors.h"
 #include "render/stroke_shape.h"
 #include "render/tile_brush.h"
@@ -19,23 +23,55 @@ namespace render::CanvasRenderer {
 
 namespace {
 
+constexpr unsigned kMostThreads = 8;
+
 struct ShownStroke {
   StrokeShape shape;
   StrokeColors colors{};
   double alpha = 1;
 };
 
+// Fewer strokes than this are drawn before another thread has begun.
+constexpr std::size_t kStrokesWorthAThread = 8;
+
+unsigned threadsFor(std::size_t strokes) {
+  const unsigned cores = std::max(std::thread::hardware_concurrency(), 1u);
+  return static_cast<unsigned>(
+      std::clamp<std::size_t>(strokes / kStrokesWorthAThread, 1, std::min(cores, kMostThreads)));
+}
+
 std::vector<ShownStroke> shownStrokes(const RenderScene& scene, const CanvasMapping& mapping,
                                       const PixelRect& area) {
   std::vector<ShownStroke> shown;
+  std::vector<const strokes::Stroke*> sources;
   for (const strokes::Stroke& stroke : scene.strokes) {
     const double alpha = fadeAlpha(scene, stroke);
     if (!(alpha > 0)) continue;
-    ShownStroke next{{}, strokeColors(stroke.colorIndex), alpha};
-    next.shape.build(stroke.points, mapping, scene.glow, area);
-    if (!next.shape.tiles().isEmpty()) shown.push_back(std::move(next));
+    shown.push_back({{}, strokeColors(stroke.colorIndex), alpha});
+    sources.push_back(&stroke);
   }
+  const int count = static_cast<int>(shown.size());
+  shareOut(count, threadsFor(shown.size()), [&](const std::function<int()>& next) {
+    for (int i = next(); i < count; i = next()) {
+      const auto place = static_cast<std::size_t>(i);
+      shown[place].shape.build(sources[place]->points, mapping, scene.glow, area);
+    }
+  });
   return shown;
+}
+
+void drawTileRow(const std::vector<ShownStroke>& shown, int y, const PixelRect& tiles,
+                 TileBrush& brush, PaintTile& tile, const pixels::SurfaceView& pixels) {
+  for (int x = tiles.left; x < tiles.right; ++x) {
+    bool isPainted = false;
+    for (const ShownStroke& stroke : shown) {
+      if (!stroke.shape.isReached(x, y)) continue;
+      if (!isPainted) std::memset(&tile, 0, sizeof tile);
+      isPainted = true;
+      brush.lay(stroke.shape, stroke.colors, stroke.alpha, x, y, tile);
+    }
+    if (isPainted) layTileOverPixels(tile, x, y, pixels);
+  }
 }
 
 void drawStrokes(const RenderScene& scene, const CanvasMapping& mapping,
@@ -44,20 +80,13 @@ void drawStrokes(const RenderScene& scene, const CanvasMapping& mapping,
   const std::vector<ShownStroke> shown = shownStrokes(scene, mapping, area);
   if (shown.empty()) return;
   const PixelRect tiles = tilesAround(area);
-  const auto tile = std::make_unique<PaintTile>();
-  const auto brush = std::make_unique<TileBrush>();
-  for (int y = tiles.top; y < tiles.bottom; ++y) {
-    for (int x = tiles.left; x < tiles.right; ++x) {
-      bool isPainted = false;
-      for (const ShownStroke& stroke : shown) {
-        if (!stroke.shape.isReached(x, y)) continue;
-        if (!isPainted) std::memset(tile.get(), 0, sizeof(PaintTile));
-        isPainted = true;
-        brush->lay(stroke.shape, stroke.colors, stroke.alpha, x, y, *tile);
-      }
-      if (isPainted) layTileOverPixels(*tile, x, y, pixels);
-    }
-  }
+  // Every tile is drawn by one thread alone, so the picture does not depend on their number.
+  shareOut(tiles.height(), threadsFor(shown.size()), [&](const std::function<int()>& next) {
+    const auto tile = std::make_unique<PaintTile>();
+    const auto brush = std::make_unique<TileBrush>();
+    for (int y = next(); y < tiles.height(); y = next())
+      drawTileRow(shown, y, tiles, *brush, *tile, pixels);
+  });
 }
 
 }  // namespace
