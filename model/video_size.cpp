@@ -1,14 +1,18 @@
 #include "model/video_size.h"
 
 #include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
 
 #include "model/whole_number.h"
 
 namespace model {
 
 int videoHeight(double canvasAspect) {
-  const auto nearest = static_cast<int>(wholeNumber(std::round(kVideoWidth / canvasAspect)));
-  return nearest + nearest % 2;
+  const std::int64_t nearest = wholeNumber(std::round(kVideoWidth / canvasAspect));
+  if (nearest < 0 || nearest >= std::numeric_limits<int>::max()) std::abort();
+  return static_cast<int>(nearest + nearest % 2);
 }
 
 }  // namespace model

@@ -10,8 +10,9 @@ enum class FileKind { png, mpeg4 };
 
 struct SavePanelRequest {
   FileKind kind = FileKind::png;
-  std::string proposedName;                             ///< With its extension.
-  std::optional<std::filesystem::path> proposedFolder;  ///< None: the desktop's own choice.
+  std::string proposedName;  ///< With its extension.
+  std::optional<std::filesystem::path>
+      proposedFolder;  ///< None, or none that is there: a usual one.
 };
 
 /// Asks the person where to save a file. Main thread only.

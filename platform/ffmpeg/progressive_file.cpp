@@ -115,7 +115,9 @@ Result<void> makeProgressive(const std::filesystem::path& path, std::int64_t fra
     std::filesystem::remove(beside, ignored);
     return result;
   }
-  return syncPath(path.has_parent_path() ? path.parent_path() : ".");
+  // The video is in its place; a folder that cannot be flushed (network disks) changes nothing.
+  (void)syncPath(path.has_parent_path() ? path.parent_path() : ".");
+  return {};
 }
 
 }  // namespace platform::ffmpeg

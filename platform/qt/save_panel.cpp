@@ -1,10 +1,12 @@
 #include "platform/qt/save_panel.h"
 
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSettings>
+#include <QStandardPaths>
 #include <system_error>
 
 namespace platform::qt {
@@ -34,6 +36,13 @@ std::filesystem::path fromQt(const QString& path) {
   return QFile::encodeName(path).toStdString();
 }
 
+/// A folder that is there: the proposed one, else the person's pictures, else their home.
+QString firstFolder(const std::optional<std::filesystem::path>& proposed) {
+  if (proposed && QFileInfo(toQt(*proposed)).isDir()) return toQt(*proposed);
+  const QString pictures = QStandardPaths::writableLocation(QStandardPaths::PicturesLocation);
+  return QFileInfo(pictures).isDir() ? pictures : QDir::homePath();
+}
+
 }  // namespace
 
 std::filesystem::path withExtension(std::filesystem::path path, FileKind kind) {
@@ -58,7 +67,7 @@ std::optional<std::filesystem::path> SavePanel::choose(const SavePanelRequest& r
   dialog.setNameFilter(texts.filter);
   // We ask about replacing ourselves: dialogs ask about the name as typed, before the extension.
   dialog.setOption(QFileDialog::DontConfirmOverwrite);
-  if (request.proposedFolder) dialog.setDirectory(toQt(*request.proposedFolder));
+  dialog.setDirectory(firstFolder(request.proposedFolder));
   dialog.selectFile(QString::fromStdString(request.proposedName));
 
   while (dialog.exec() == QDialog::Accepted) {

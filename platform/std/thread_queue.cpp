@@ -9,10 +9,15 @@ namespace platform {
 
 namespace {
 constexpr std::size_t kLongestThreadName = 15;
+
+std::string threadName(const std::string& label) {
+  return label.size() > kLongestThreadName ? label.substr(label.size() - kLongestThreadName)
+                                           : label;
 }
+}  // namespace
 
 ThreadQueue::ThreadQueue(const std::string& label)
-    : thread_([this, name = label.substr(0, kLongestThreadName)](const std::stop_token& stop) {
+    : thread_([this, name = threadName(label)](const std::stop_token& stop) {
         pthread_setname_np(pthread_self(), name.c_str());
         run(stop);
       }) {}

@@ -15,7 +15,8 @@ namespace platform {
 /// A serial queue with a thread of its own. Must not end from within its own work.
 class ThreadQueue final : public SerialQueue {
  public:
-  /// The thread bears the first 15 bytes of `label`, as many as the kernel keeps.
+  /// The thread bears the last 15 bytes of `label`, as many as the kernel keeps: labels
+  /// differ at their ends.
   explicit ThreadQueue(const std::string& label);
 
   void post(std::function<void()> work) override;

@@ -24,8 +24,10 @@ TEST(VideoSize, HalvesAreRoundedAwayFromZero) {
   EXPECT_EQ(videoHeight(1280.0 / 719.5), 720);
 }
 
-TEST(VideoSize, AnAspectThatIsNoneEndsTheProgram) {
+TEST(VideoSizeDeathTest, AnAspectThatIsNoneEndsTheProgram) {
   EXPECT_DEATH(videoHeight(0), "");
+  EXPECT_DEATH(videoHeight(1e-9), "");
+  EXPECT_DEATH(videoHeight(-1), "");
   EXPECT_DEATH(videoHeight(std::numeric_limits<double>::quiet_NaN()), "");
 }
 

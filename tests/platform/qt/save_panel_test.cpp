@@ -100,6 +100,17 @@ TEST_F(SavePanelDialog, ProposesTheNameInTheFolder) {
   EXPECT_EQ(proposed, "Wavescribe.png");
 }
 
+TEST_F(SavePanelDialog, AProposedFolderThatIsMissingGivesWayToTheHomeOfThePerson) {
+  const QByteArray home = qgetenv("HOME");
+  qputenv("HOME", QByteArray::fromStdString(folder.path().string()));
+  willType("wave.png");
+
+  const auto chosen = panel.choose({FileKind::png, "Wavescribe.png", folder / "missing"});
+
+  qputenv("HOME", home);
+  EXPECT_THAT(chosen, Optional(Eq(folder / "wave.png")));
+}
+
 TEST_F(SavePanelDialog, CancellingChoosesNothing) {
   willCancel();
 

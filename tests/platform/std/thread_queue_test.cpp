@@ -112,7 +112,7 @@ TEST(ThreadQueue, ItsThreadBearsTheLabelAsFarAsTheKernelKeepsIt) {
   ThreadQueueFactory factory;
 
   EXPECT_EQ(threadName(*factory.make("short")), "short");
-  EXPECT_EQ(threadName(*factory.make("wavescribe.vision")), "wavescribe.visi");
+  EXPECT_EQ(threadName(*factory.make("wavescribe.vision")), "vescribe.vision");
 }
 
 }  // namespace
