@@ -12,12 +12,13 @@ struct MediaTime {
 
   std::int64_t value = 0;
 
-  /// The last unit that has begun after `seconds`: whole units, truncated toward zero.
+  /// The last unit reached by `seconds`: whole units, truncated toward zero.
   static MediaTime fromSeconds(double seconds) {
     return {static_cast<std::int64_t>(seconds * kTimescale)};
   }
   double seconds() const { return static_cast<double>(value) / kTimescale; }
 
+  // NOLINTNEXTLINE(modernize-use-nullptr): the linter takes the comparison with 0 for a pointer.
   friend auto operator<=>(const MediaTime&, const MediaTime&) = default;
 };
 

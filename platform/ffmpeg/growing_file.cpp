@@ -26,7 +26,7 @@ Result<std::unique_ptr<GrowingFile>> GrowingFile::create(const std::filesystem::
 GrowingFile::GrowingFile(std::filesystem::path path, int descriptor)
     : path_(std::move(path)),
       descriptor_(descriptor),
-      syncer_([this](std::stop_token stop) { keepSyncing(std::move(stop)); }) {}
+      syncer_([this](const std::stop_token& stop) { keepSyncing(stop); }) {}
 
 GrowingFile::~GrowingFile() {
   static_cast<void>(close());
@@ -66,7 +66,7 @@ Result<void> GrowingFile::close() {
   return {};
 }
 
-void GrowingFile::keepSyncing(std::stop_token stop) {
+void GrowingFile::keepSyncing(const std::stop_token& stop) {
   std::unique_lock lock(mutex_);
   while (!stop.stop_requested()) {
     wake_.wait_for(lock, stop, std::chrono::duration<double>(kSyncSeconds), [] { return false; });

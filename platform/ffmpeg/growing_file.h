@@ -36,7 +36,7 @@ class GrowingFile {
 
  private:
   GrowingFile(std::filesystem::path path, int descriptor);
-  void keepSyncing(std::stop_token stop);
+  void keepSyncing(const std::stop_token& stop);
 
   const std::filesystem::path path_;
   int descriptor_;

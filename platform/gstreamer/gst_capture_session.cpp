@@ -136,7 +136,7 @@ void GstCaptureSession::look() {
 // Looks are counted instead of seconds: a machine that slept or a program that was held up is no
 // camera that stopped.
 std::optional<std::string> GstCaptureSession::trouble() {
-  if (const auto failure = pipeline_->failure()) return failure;
+  if (auto failure = pipeline_->failure()) return failure;
   const std::uint64_t frames = pipeline_->arrived();
   silentLooks_ = frames == framesSeen_ ? silentLooks_ + 1 : 0;
   framesSeen_ = frames;

@@ -11,7 +11,7 @@ platform::Result<void> forEachFrame(const std::filesystem::path& clip, const Sho
     if (!frame) return frame.error();
     if (!frame.value()) return {};
     if (!frame.value()->image) continue;
-    if (const auto shown = show(*frame.value()->image, frame.value()->time); !shown) return shown;
+    if (auto shown = show(*frame.value()->image, frame.value()->time); !shown) return shown;
   }
 }
 

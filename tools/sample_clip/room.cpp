@@ -49,8 +49,9 @@ pixels::Surface room(int width, int height) {
     for (int x = 0; x < width; ++x) {
       Color sum;
       for (int i = 0; i < kSamples * kSamples; ++i) {
-        const double sampleX = (x + (i % kSamples + 0.5) / kSamples) / height;
-        const double sampleY = 1 - (y + (i / kSamples + 0.5) / kSamples) / height;
+        const int column = i % kSamples, row = i / kSamples;
+        const double sampleX = (x + (column + 0.5) / kSamples) / height;
+        const double sampleY = 1 - (y + (row + 0.5) / kSamples) / height;
         const Color color = shaded(roomAt(sampleX, sampleY), 1.0 / (kSamples * kSamples));
         sum = {sum.r + color.r, sum.g + color.g, sum.b + color.b};
       }

@@ -44,6 +44,7 @@ Vec3 meanOf(const std::vector<int>& indices, const std::vector<Vec3>& vertices) 
 
 Binding strongest(const std::map<int, float>& weights) {
   std::vector<std::pair<float, int>> sorted;
+  sorted.reserve(weights.size() + 1);
   for (const auto& [bone, weight] : weights) sorted.emplace_back(weight, bone);
   std::sort(sorted.rbegin(), sorted.rend());
   if (sorted.empty()) sorted.emplace_back(1.0f, kTrunk);
