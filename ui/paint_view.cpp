@@ -1,8 +1,9 @@
 #include "ui/paint_view.h"
 
-#include <QEvent>
+#include <QFocusEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <utility>
 
 #include "ui/canvas_geometry.h"
 
@@ -12,15 +13,18 @@ PaintView::PaintView(model::AppModel& model, platform::TimerFactory& timers, QWi
     : QWidget(parent), model_(model), timers_(timers) {
   setAttribute(Qt::WA_OpaquePaintEvent);
   setFocusPolicy(Qt::ClickFocus);
+  setMouseTracking(true);  // A pointer that moves without a button tells that its release was lost.
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   setAccessibleName(QStringLiteral("Canvas"));
 }
 
+// A window that another program covers or takes the keyboard from still hears of the release of the
+// button; a dialog's or a menu's own loop keeps it to itself.
 bool PaintView::event(QEvent* event) {
   switch (event->type()) {
-    // The release of the button may never arrive after these.
     case QEvent::FocusOut:
-    case QEvent::WindowDeactivate:
+      if (static_cast<QFocusEvent*>(event)->reason() == Qt::PopupFocusReason) model_.mouseUp();
+      break;
     case QEvent::WindowBlocked:
     case QEvent::UngrabMouse:
       model_.mouseUp();
@@ -58,9 +62,12 @@ void PaintView::paintEvent(QPaintEvent* event) {
   }
   if (place.isEmpty()) return;
 
-  // Parts of the picture that changed only now may lie outside of what is painted here.
-  const QRect changed = toView(drawPicture(place));
-  if (!event->rect().contains(changed)) update(changed);
+  // What the timer has just drawn is new enough; a camera's next frame waits for the next firing.
+  if (!std::exchange(isFresh_, false) || place != place_) {
+    // Parts of the picture that changed only now may lie outside of what is painted here.
+    const QRect changed = toView(drawPicture(place));
+    if (!event->rect().contains(changed)) update(changed);
+  }
   if (model_.background() == render::CanvasBackground::transparent) {
     painter.fillRect(place, palette().window());
   } else {
@@ -76,7 +83,7 @@ void PaintView::mousePressEvent(QMouseEvent* event) {
 }
 
 void PaintView::mouseMoveEvent(QMouseEvent* event) {
-  if (!(event->buttons() & Qt::LeftButton)) return;
+  if (!(event->buttons() & Qt::LeftButton)) return model_.mouseUp();  // Its release was lost.
   const QPointF point = normalized(event->position(), canvas());
   model_.mouseDragged(point.x(), point.y());
 }
@@ -100,7 +107,9 @@ void PaintView::showWhatChanged() {
   if (place != place_) {
     update();
   } else if (!place.isEmpty()) {
-    update(toView(drawPicture(place)));
+    const QRect changed = toView(drawPicture(place));
+    isFresh_ = !changed.isEmpty();
+    update(changed);
   }
 }
 

@@ -45,8 +45,9 @@ class PaintView final : public QWidget {
   platform::TimerFactory& timers_;
   std::unique_ptr<platform::RepeatingTimer> timer_;  // While the view is shown.
   render::LiveCanvas live_;
-  QImage picture_;  // The canvas, kept from frame to frame.
-  QRect place_;     // Where it was last drawn for, in device pixels.
+  QImage picture_;        // The canvas, kept from frame to frame.
+  QRect place_;           // Where it was last drawn for, in device pixels.
+  bool isFresh_ = false;  // The timer has drawn it and it has not been painted since.
 };
 
 }  // namespace ui

@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QMouseEvent>
 #include <QPaintEvent>
 #include <QTabletEvent>
 #include <QVBoxLayout>
@@ -85,6 +86,24 @@ TEST_F(PaintViewTest, EachFiringPaintsWhatChangedSinceTheLast) {
   ASSERT_THAT(counter.painted, SizeIs(1));
   EXPECT_TRUE(counter.painted[0].contains(QPoint(320, 240)));
   EXPECT_LT(counter.painted[0].width(), 640);
+}
+
+TEST_F(PaintViewTest, WhatComesAfterAFiringIsDrawnByTheNextOne) {
+  machine.timers.fire();
+  settle();
+  model.mouseDown(0.25, 0.5);
+  machine.timers.fire();
+  PaintCounter counter;
+  view->installEventFilter(&counter);
+
+  model.mouseDragged(0.4, 0.5);
+  settle();
+  ASSERT_THAT(counter.painted, SizeIs(1));
+  machine.timers.fire();
+  settle();
+
+  ASSERT_THAT(counter.painted, SizeIs(2));
+  EXPECT_TRUE(counter.painted[1].contains(QPoint(256, 240)));
 }
 
 TEST_F(PaintViewTest, AFiringWithoutAChangePaintsNothing) {
@@ -263,7 +282,31 @@ TEST_F(PaintViewTest, ADialogThatOpensEndsTheStrokeWhoseReleaseItSwallows) {
   EXPECT_FALSE(model.store().isDrawing());
 }
 
-TEST_F(PaintViewTest, ALostFocusEndsTheStroke) {
+TEST_F(PaintViewTest, AWindowOfAnotherProgramThatTakesTheKeyboardDoesNotCutTheLine) {
+  QTest::mousePress(view, Qt::LeftButton, {}, {320, 240});
+
+  QFocusEvent lost(QEvent::FocusOut, Qt::ActiveWindowFocusReason);
+  QCoreApplication::sendEvent(view, &lost);
+  QEvent deactivated(QEvent::WindowDeactivate);
+  QCoreApplication::sendEvent(view, &deactivated);
+  QTest::mouseMove(view, {400, 240});
+
+  EXPECT_TRUE(model.store().isDrawing());
+  EXPECT_THAT(model.store().strokes(), SizeIs(1));
+  EXPECT_THAT(model.store().strokes()[0].points, SizeIs(2));
+}
+
+TEST_F(PaintViewTest, APointerThatMovesWithoutAButtonEndsAStrokeWhoseReleaseWasLost) {
+  model.mouseDown(0.5, 0.5);
+
+  QMouseEvent move(QEvent::MouseMove, {400, 240}, view->mapToGlobal(QPointF(400, 240)),
+                   Qt::NoButton, Qt::NoButton, {});
+  QCoreApplication::sendEvent(view, &move);
+
+  EXPECT_FALSE(model.store().isDrawing());
+}
+
+TEST_F(PaintViewTest, AMenuThatOpensEndsTheStroke) {
   QTest::mousePress(view, Qt::LeftButton, {}, {320, 240});
 
   QFocusEvent lost(QEvent::FocusOut, Qt::PopupFocusReason);
