@@ -3,6 +3,8 @@
 
 #include <memory>
 #include <optional>
+#include <ostream>
+#include <string>
 #include <vector>
 
 #include "model/app_model.h"
@@ -56,15 +58,33 @@ class CameraPermissionFlowTest : public testing::Test {
   AppModel model{machine.services()};
 };
 
-class FromEveryState : public CameraPermissionFlowTest, public testing::WithParamInterface<Kind> {
+/// A state by the name under which a failing test shows it.
+struct NamedState {
+  const char* name;
+  Kind kind;
+
+  friend void PrintTo(const NamedState& named, std::ostream* out) { *out << named.name; }
+};
+
+std::string nameOf(const testing::TestParamInfo<NamedState>& info) {
+  return info.param.name;
+}
+
+class FromEveryState : public CameraPermissionFlowTest,
+                       public testing::WithParamInterface<NamedState> {
  protected:
-  void SetUp() override { enter(GetParam()); }
+  void SetUp() override { enter(GetParam().kind); }
 };
 
 INSTANTIATE_TEST_SUITE_P(CameraPermissionFlow, FromEveryState,
-                         testing::Values(Kind::checking, Kind::needsPermission, Kind::denied,
-                                         Kind::restricted, Kind::running, Kind::mouseOnly,
-                                         Kind::failed));
+                         testing::Values(NamedState{"Checking", Kind::checking},
+                                         NamedState{"NeedsPermission", Kind::needsPermission},
+                                         NamedState{"Denied", Kind::denied},
+                                         NamedState{"Restricted", Kind::restricted},
+                                         NamedState{"Running", Kind::running},
+                                         NamedState{"MouseOnly", Kind::mouseOnly},
+                                         NamedState{"Failed", Kind::failed}),
+                         nameOf);
 
 TEST_P(FromEveryState, APermissionThatNobodyWasAskedForNeedsAsking) {
   refresh(CameraAuthorization::notDetermined);
@@ -144,7 +164,8 @@ TEST_P(FromEveryState, ComingBackReadsThePermissionOnlyAfterARefusalOrARestricti
 
   machine.activation.becomeActive();
 
-  const bool barred = GetParam() == Kind::denied || GetParam() == Kind::restricted;
+  const Kind kind = GetParam().kind;
+  const bool barred = kind == Kind::denied || kind == Kind::restricted;
   EXPECT_EQ(machine.cameraPermission.reads - before, barred ? 1 : 0);
 }
 
