@@ -100,6 +100,17 @@ TEST(CanvasRenderer, TheCameraPictureIsShrunkWithoutLosingFineDetail) {
   for (int x = 1; x < 7; ++x) EXPECT_NEAR(pixelAt(picture, x, 4)[1], 100, 2) << x;
 }
 
+TEST(CanvasRenderer, AWhiteCameraPictureStaysWhiteHoweverFarItIsShrunk) {
+  RenderScene scene = sceneOn(CanvasBackground::camera);
+  scene.frame = imageOf(900, 1080, [](int, int) { return Bgra{255, 255, 255, 255}; });
+
+  const pixels::Surface picture = pictureOf(scene, 3, 2);
+
+  for (int y = 0; y < 2; ++y) {
+    for (int x = 0; x < 3; ++x) EXPECT_EQ(pixelAt(picture, x, y), (Bgra{255, 255, 255, 255}));
+  }
+}
+
 RenderScene fadingScene(double age, bool glow) {
   RenderScene scene = sceneOn(CanvasBackground::transparent, {levelStroke(0.5, 40, 7)});
   scene.glow = glow;
