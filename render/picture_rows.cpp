@@ -13,7 +13,7 @@
 #ifndef RENDER_PICTURE_ROWS_FULL_LIGHT
 #define RENDER_PICTURE_ROWS_FULL_LIGHT
 namespace render {
-// 255 in 1/128.
+// A full channel, 255, in steps of 1/128.
 inline constexpr std::int16_t kFullLight = 255 * 128;
 }  // namespace render
 #endif

@@ -193,7 +193,7 @@ TEST(CanvasRenderer, NewerStrokesLieOverOlderOnes) {
   EXPECT_EQ(pixelAt(picture, 40, 40), (Bgra{204, 38, 255, 255}));
 }
 
-/// The darkest pixel right of a hovering cursor's centre, as the radius of its ring.
+/// How far the paint right of a hovering cursor's centre is from it on average: its ring's radius.
 double ringRadius(double width) {
   RenderScene scene = sceneOn(CanvasBackground::transparent);
   scene.cursor = CursorState{0.5, 0.5, false, width, 0};
