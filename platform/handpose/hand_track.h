@@ -39,6 +39,12 @@ class HandTrack {
   /// How many frames in a row it has not been read.
   int misses() const { return misses_; }
 
+  /// The whole picture has been searched. `sawIt`: there was something like a hand here.
+  void confirm(bool sawIt);
+  /// Whether it has turned out to be no hand: the reader alone believes in it, and not firmly. A
+  /// crop made from joints draws whatever is there, even a face, towards looking like a hand.
+  bool isPhantom() const;
+
  private:
   int id_;
   Landmarks landmarks_;
@@ -47,6 +53,7 @@ class HandTrack {
   double score_;
   ChiralityVote vote_;
   int misses_ = 0;
+  int doubts_ = 0;  // Searches in a row that saw nothing here.
 };
 
 }  // namespace platform::handpose
