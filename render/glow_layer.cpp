@@ -6,6 +6,7 @@
 #include "hwy/cache_control.h"
 #include "render/glow_painting.h"
 #include "render/spline.h"
+#include "render/strip_painting.h"
 
 namespace render {
 
@@ -40,7 +41,8 @@ double GlowLayer::reach(double sigma) {
   return (GaussianKernel(sigmaInCells(sigma, cell)).radius() + 3) * cell;
 }
 
-void GlowLayer::build(std::span<const CurvePiece> pieces, double sigma, const PixelRect& area) {
+void GlowLayer::build(std::span<const CurvePiece> pieces, std::span<const Strip> strips,
+                      double sigma, const PixelRect& area) {
   cellPx_ = cellFor(sigma);
   const GaussianKernel kernel(sigmaInCells(sigma, cellPx_));
   const int reachPx = (kernel.radius() + 3) * cellPx_;
@@ -55,8 +57,12 @@ void GlowLayer::build(std::span<const CurvePiece> pieces, double sigma, const Pi
   const int bottom = floorDiv(box.bottom - 1, cellPx_) + 1;
   thread_local GlowMask scratch;
   scratch.reset(2 * (right - left_), 2 * (bottom - top_), blurMargin(kernel));
-  for (const CurvePiece& piece : pieces)
-    paintPiece(piece, 2 * left_, 2 * top_, cellPx_ / 2.0, scratch);
+  const CellMask target{scratch.row(0),  scratch.stride(), 2 * left_, 2 * top_,
+                        scratch.width(), scratch.height(), kGlowFull};
+  for (const Strip& strip : strips) {
+    const Strip local = inCells(strip, static_cast<float>(cellPx_) / 2);
+    paintPiece(local, local.bodyHalf, target);
+  }
   mask_.reset(right - left_, bottom - top_, blurMargin(kernel));
   halve(scratch, mask_);
   blur(mask_, kernel, scratch);

@@ -7,6 +7,7 @@
 #include "render/glow_blur.h"
 #include "render/paint_tile.h"
 #include "render/pixel_rect.h"
+#include "render/strip.h"
 
 namespace render {
 
@@ -18,8 +19,10 @@ class GlowLayer {
   /// How far the glow of `sigma` pixels reaches beyond the stroke's edge, in pixels.
   static double reach(double sigma);
 
-  /// Blurs the stroke made of `pieces`; right for every pixel of `area`. `sigma` in pixels, > 0.
-  void build(std::span<const CurvePiece> pieces, double sigma, const PixelRect& area);
+  /// Blurs the stroke made of `pieces`, the same as `strips`; right for every pixel of `area`.
+  /// `sigma` in pixels, > 0.
+  void build(std::span<const CurvePiece> pieces, std::span<const Strip> strips, double sigma,
+             const PixelRect& area);
 
   /// Brings a tile's cells near the processor, ahead of opening it.
   void prefetch(int tileX, int tileY) const;

@@ -41,12 +41,12 @@ void StrokeShape::outline(const strokes::StrokePoints& points, const CanvasMappi
 void StrokeShape::build(const strokes::StrokePoints& points, const CanvasMapping& mapping,
                         bool glow, const PixelRect& area) {
   outline(points, mapping, glow, area);
-  local_.clear();
-  for (const CurvePiece& piece : pieces_) local_.push_back(localPiece(piece, 1));
+  strips_.clear();
+  appendStrips(pieces_, strips_);
   if (!glow || tiles().isEmpty()) return;
   const PixelRect reached = pixelsOfTiles(tiles());
-  wide_.build(pieces_, kWideSigma * unitPx(mapping), reached);
-  narrow_.build(pieces_, kNarrowSigma * unitPx(mapping), reached);
+  wide_.build(pieces_, strips_, kWideSigma * unitPx(mapping), reached);
+  narrow_.build(pieces_, strips_, kNarrowSigma * unitPx(mapping), reached);
 }
 
 }  // namespace render

@@ -5,9 +5,9 @@
 
 #include "render/curve_piece.h"
 #include "render/glow_layer.h"
-#include "render/local_piece.h"
 #include "render/piece_index.h"
 #include "render/pixel_rect.h"
+#include "render/strip.h"
 #include "strokes/stroke_points.h"
 
 namespace render {
@@ -37,7 +37,7 @@ class StrokeShape {
 
   bool glow_ = false;
   std::vector<CurvePiece> pieces_;
-  std::vector<LocalPiece> local_;  // The pieces in cells of one pixel, once built.
+  std::vector<Strip> strips_;  // The pieces as strips, once built.
   PieceIndex index_;
   GlowLayer wide_;
   GlowLayer narrow_;

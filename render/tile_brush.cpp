@@ -20,7 +20,7 @@ bool TileBrush::shares(const StrokeShape& shape, int tileX, int tileY, TileShare
     shape.wide_.prefetch(tileX, tileY);
     shape.narrow_.prefetch(tileX, tileY);
   }
-  coverage_.paint(shape.pieces_, shape.local_, numbers, tileX, tileY, shape.glow_);
+  coverage_.paint(shape.pieces_, shape.strips_, numbers, tileX, tileY, shape.glow_);
   if (!shape.glow_) {
     plainShares(shares);
     return true;
