@@ -148,6 +148,12 @@ void trimJoint(CurvePiece& before, CurvePiece& after) {
   after.startExtra = showingEnd(after, before);
 }
 
+/// As std::floor, without a call into the library.
+int wholeBelow(double value) {
+  const int whole = static_cast<int>(value);
+  return whole - (value < whole ? 1 : 0);
+}
+
 double near(double coordinate) {
   return std::clamp(coordinate, -kFarthestPx, kFarthestPx);
 }
@@ -156,10 +162,8 @@ double near(double coordinate) {
 
 PixelRect CurvePiece::box(double margin) const {
   const double m = bodyHalf + margin;
-  return {static_cast<int>(std::floor(std::min({x0, x1, x2}) - m)),
-          static_cast<int>(std::floor(std::min({y0, y1, y2}) - m)),
-          static_cast<int>(std::ceil(std::max({x0, x1, x2}) + m)),
-          static_cast<int>(std::ceil(std::max({y0, y1, y2}) + m))};
+  return {wholeBelow(std::min({x0, x1, x2}) - m), wholeBelow(std::min({y0, y1, y2}) - m),
+          wholeBelow(std::max({x0, x1, x2}) + m) + 1, wholeBelow(std::max({y0, y1, y2}) + m) + 1};
 }
 
 void appendCurvePieces(const strokes::StrokePoints& points, const CanvasMapping& mapping,

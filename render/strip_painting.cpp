@@ -25,7 +25,7 @@ struct StripTask {
   float perCorner, perSide;
 };
 
-/// Where a row of cells meets the band within `reach` of a line: between centre - width and
+/// Where a row of cells meets a band around a line: between centre - width and
 /// centre + width, the centre moving by `step` from row to row.
 struct BandOfRow {
   float centre, step, width;
@@ -108,7 +108,7 @@ void paintStripRows(const StripTask& t, CellSpan rows, BandOfRow across, BandOfR
     across.centre += across.step;
     along.centre += along.step;
     if (!(fromX < toX) || toX < 0 || fromX > columns) continue;
-    const int first = fromX > 0 ? static_cast<int>(fromX) : 0;
+    const int first = fromX > 0 ? static_cast<int>(fromX) + 1 : 0;
     const int end = toX < columns ? static_cast<int>(toX) + 1 : mask.columns;
     const float qy = static_cast<float>(y) - p.startY;
     const Floats rowS = hn::Set(f, qy * p.alongY - p.startX * p.alongX);
@@ -170,7 +170,7 @@ HWY_EXPORT(paintDiscKernel);
 namespace {
 
 // Rounding never hides a cell that is touched.
-constexpr float kSlack = 0.5f;
+constexpr float kSlack = 0.1f;
 constexpr float kFar = 1e9f;
 constexpr float kHalfDiagonal = 0.7072f;
 constexpr float kSmallHalf = 1.5f;
@@ -230,9 +230,11 @@ void paintStrip(const Strip& strip, float half, const CellMask& mask) {
   p.startX -= static_cast<float>(mask.left);
   p.startY -= static_cast<float>(mask.top);
   const float paint = half + task.borderReach + task.bulge + kSlack;
-  const float extra = std::max(p.startExtra, p.endExtra) + std::abs(p.tilt) * paint;
+  const float lean = std::abs(p.tilt) * paint;
+  const float extra = std::max(p.startExtra, p.endExtra) + lean;
   const float reach = paint + std::abs(p.bend) * extra * (p.length + extra);
-  const float middle = 0.5f * p.length, halfLength = middle + extra + kSlack;
+  const float middle = 0.5f * (p.length + p.endExtra - p.startExtra);
+  const float halfLength = 0.5f * (p.length + p.endExtra + p.startExtra) + lean + kSlack;
   const float middleY = p.startY + middle * p.alongY;
   const float height = halfLength * std::abs(p.alongY) + reach * std::abs(p.alongX);
   const CellSpan rows = rowsWithin(middleY - height, middleY + height, mask.rows);

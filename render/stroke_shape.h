@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <vector>
 
@@ -28,6 +29,8 @@ class StrokeShape {
   /// may stay empty.
   const PixelRect& tiles() const { return index_.tiles(); }
   bool isReached(int tileX, int tileY) const { return index_.isReached(tileX, tileY); }
+
+  std::size_t bytesHeld() const;
 
   /// How far a stroke's light reaches beyond its paint, in pixels.
   static double reach(const CanvasMapping& mapping, bool glow);
