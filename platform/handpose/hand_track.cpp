@@ -49,8 +49,8 @@ void HandTrack::miss() {
   ++misses_;
 }
 
-void HandTrack::confirm(bool sawIt) {
-  doubts_ = sawIt || score_ >= kBeyondDoubt ? 0 : doubts_ + 1;
+void HandTrack::confirm(double found) {
+  doubts_ = agreeOnHand(found, score_) || score_ >= kBeyondDoubt ? 0 : doubts_ + 1;
 }
 
 bool HandTrack::isPhantom() const {

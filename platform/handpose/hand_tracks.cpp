@@ -148,10 +148,14 @@ Result<void> HandTracks::search(const pixels::Image& picture) {
 
 void HandTracks::confirmTracks(const std::vector<HandCandidate>& candidates) {
   for (HandTrack& track : tracks_) {
-    track.confirm(std::any_of(candidates.begin(), candidates.end(), [&](const auto& candidate) {
-      return distance(candidate.box.centre, track.box().centre) <
-             kSeenWithin * std::max(candidate.box.size, track.box().size);
-    }));
+    double found = 0;
+    for (const HandCandidate& candidate : candidates) {
+      const double size = std::max(candidate.box.size, track.box().size);
+      if (distance(candidate.box.centre, track.box().centre) < kSeenWithin * size) {
+        found = std::max(found, candidate.score);
+      }
+    }
+    track.confirm(found);
   }
   std::erase_if(tracks_, [](const HandTrack& track) { return track.isPhantom(); });
 }

@@ -51,21 +51,17 @@ TEST(HandTrack, AMissedHandStaysWhereItWasWithLessScore) {
   EXPECT_EQ(track.misses(), 0);
 }
 
-TEST(HandTrack, IsAPhantomAfterThreeSearchesInARowThatSawNothingThere) {
+TEST(HandTrack, IsAPhantomAfterThreeSearchesInARowThatDidNotConfirmIt) {
   HandTrack track(1, readingAt(100, 80, 0.95, 0.6), {});
-  track.confirm(false);
-  track.confirm(false);
-  track.confirm(true);
-  track.confirm(false);
-  track.confirm(false);
+  for (double found : {0.0, 0.3, 0.9, 0.3, 0.0}) track.confirm(found);
   EXPECT_FALSE(track.isPhantom());
-  track.confirm(false);
+  track.confirm(0.3);
   EXPECT_TRUE(track.isPhantom());
 }
 
 TEST(HandTrack, OnceReadSurelyItIsNoPhantom) {
   HandTrack track(1, readingAt(100, 80, 0.95, 0.95), {});
-  for (int search = 0; search < 10; ++search) track.confirm(false);
+  for (int search = 0; search < 10; ++search) track.confirm(0);
   EXPECT_FALSE(track.isPhantom());
 }
 

@@ -182,6 +182,13 @@ TEST_F(HandTracksTest, WhatOnlyTheCloserLookTakesForAHandIsGivenUpBesideARealOne
   EXPECT_NEAR(centreOf(hands[0]).x, 450, 1e-6);
 }
 
+TEST_F(HandTracksTest, AFaceThatBothNetworksOnlyHalfBelieveInIsGivenUp) {
+  vision.hands = {{.box = {{300, 200}, 90, 0}, .presence = 0.7, .found = 0.5}};
+  ASSERT_THAT(next(), SizeIs(1));
+  vision.hands[0].found = 0.38;
+  EXPECT_THAT(next(25), SizeIs(0));
+}
+
 TEST_F(HandTracksTest, AHandThatIsReadSurelyIsKeptThoughTheSearchDoesNotSeeIt) {
   vision.hands = {{.box = {{300, 200}, 90, 0}, .presence = 0.95}};
   const int id = next()[0].id;
