@@ -13,7 +13,7 @@
 #ifndef RENDER_PICTURE_ROWS_FULL_LIGHT
 #define RENDER_PICTURE_ROWS_FULL_LIGHT
 namespace render {
-// 255 in 1/128.
+// A full channel, 255, in steps of 1/128.
 inline constexpr std::int16_t kFullLight = 255 * 128;
 }  // namespace render
 #endif
@@ -71,13 +71,15 @@ void sumRows(const std::int16_t* const* rows, const std::int16_t* weights, int t
 #endif
   for (int i = 0; i < end; i += lanes) {
     auto sum = hn::MulFixedPoint15(hn::LoadU(d, rows[0] + i), hn::Set(d, weights[0]));
+    // Hundreds of taps, each rounded, may come to more than full light.
     for (int k = 1; k < taps; ++k)
-      sum = hn::Add(sum, hn::MulFixedPoint15(hn::LoadU(d, rows[k] + i), hn::Set(d, weights[k])));
+      sum = hn::SaturatedAdd(
+          sum, hn::MulFixedPoint15(hn::LoadU(d, rows[k] + i), hn::Set(d, weights[k])));
 #if HWY_TARGET == HWY_SCALAR
     const auto lights = hn::Set(d, light[i % 8]);
 #endif
     sum = hn::MulFixedPoint15(sum, lights);
-    hn::StoreU(hn::DemoteTo(d8, hn::ShiftRight<7>(hn::Add(sum, half))), d8, pixels + i);
+    hn::StoreU(hn::DemoteTo(d8, hn::ShiftRight<7>(hn::SaturatedAdd(sum, half))), d8, pixels + i);
   }
 }
 
