@@ -83,7 +83,7 @@ int main(int argc, char** argv) {
   }
   try {
     const std::filesystem::path folder = argv[2];
-    sample_clip::Actor actor(argv[1], argc == 4 ? std::stoull(argv[3]) : 1);
+    sample_clip::Actor actor(argv[1], {.seed = argc == 4 ? std::stoull(argv[3]) : 1});
     const sample_clip::Performance performance = sample_clip::perform();
     sample_clip::film(performance, actor, folder);
     sample_clip::writePath(performance, folder / "path.json");
