@@ -91,6 +91,7 @@ void layGlowingRows(const GlowRows& wideRows, const GlowRows& narrowRows, const 
   for (int y = 0; y < kSide; ++y) {
     const RowMix wide = mixFor(wideRows, y), narrow = mixFor(narrowRows, y);
     const bool hasSharp = y >= sharp.firstRow && y < sharp.endRow;
+    const int sharpRow = (y - sharp.firstRow) * kSide;
     if (wide.isDark && narrow.isDark && !hasSharp) continue;
     for (int x = 0; x < kSide; x += static_cast<int>(hn::Lanes(d))) {
       std::int16_t* paint = tile.plane[0] + y * kSide + x;
@@ -101,8 +102,8 @@ void layGlowingRows(const GlowRows& wideRows, const GlowRows& narrowRows, const 
         if (!isNothing(d, share)) layBody<kFades>(d, share, fading, colors, paint);
         continue;
       }
-      const V body = hn::Load(d, sharp.body + y * kSide + x);
-      const V core = hn::Load(d, sharp.core + y * kSide + x);
+      const V body = hn::Load(d, sharp.body + sharpRow + x);
+      const V core = hn::Load(d, sharp.core + sharpRow + x);
       V share = together(d, wideShare, body);
       share = together(d, share, narrowShare);
       share = together(d, share, body);
@@ -127,10 +128,11 @@ void layPlainRows(const SharpMasks& sharp, const StrokeColors& colors, std::int1
                   PaintTile& tile) {
   const D d;
   const V fading = hn::Set(d, alpha);
-  for (int i = sharp.firstRow * kSide; i < sharp.endRow * kSide;
-       i += static_cast<int>(hn::Lanes(d))) {
+  std::int16_t* paint = tile.plane[0] + sharp.firstRow * kSide;
+  const int count = (sharp.endRow - sharp.firstRow) * kSide;
+  for (int i = 0; i < count; i += static_cast<int>(hn::Lanes(d))) {
     const V body = hn::Load(d, sharp.body + i);
-    if (!isNothing(d, body)) layBody<kFades>(d, body, fading, colors, tile.plane[0] + i);
+    if (!isNothing(d, body)) layBody<kFades>(d, body, fading, colors, paint + i);
   }
 }
 

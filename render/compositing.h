@@ -8,8 +8,8 @@
 
 namespace render {
 
-/// The sharp masks of a stroke in a tile: 64 values a row, 0 to kFull. Outside the rows nothing is
-/// painted, and the masks are not looked at.
+/// The sharp masks of a stroke in a tile: 64 values a row, 0 to kFull, from `firstRow` on, vectors
+/// of them aligned. Nothing is painted in the other rows.
 struct SharpMasks {
   const std::int16_t* body = nullptr;
   const std::int16_t* core = nullptr;  ///< Only of glowing strokes.

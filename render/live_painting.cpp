@@ -17,6 +17,8 @@ constexpr std::size_t kCheckpointBytes = 140u << 20;
 constexpr std::size_t kFewestCheckpoints = 2, kMostCheckpoints = 12;
 // For the shapes of fading strokes, laid anew every frame.
 constexpr std::size_t kKeptShapeBytes = 128u << 20;
+// With their masks: less, so that masks push no shape out.
+constexpr std::size_t kKeptMaskBytes = 100u << 20;
 // Strokes whose shapes are at hand together while a painting is built up.
 constexpr std::size_t kLaidTogether = 64;
 // Shapes are made this long before they are laid in every frame, a few in each.
@@ -180,10 +182,15 @@ void LivePainting::fadeAll(const RenderScene& scene) {
   }
 }
 
-const LivePainting::Entry& LivePainting::entryOf(std::uint64_t serial) const {
-  return *std::lower_bound(
+std::size_t LivePainting::indexOf(std::uint64_t serial) const {
+  const auto place = std::lower_bound(
       entries_.begin(), entries_.end(), serial,
       [](const Entry& entry, std::uint64_t wanted) { return entry.serial < wanted; });
+  return static_cast<std::size_t>(place - entries_.begin());
+}
+
+const LivePainting::Entry& LivePainting::entryOf(std::uint64_t serial) const {
+  return entries_[indexOf(serial)];
 }
 
 bool LivePainting::isFading(const LiveTile& tile) const {
@@ -282,7 +289,9 @@ void LivePainting::buildShape(Entry& entry, const strokes::Stroke& stroke, const
 void LivePainting::dropShape(Entry& entry) {
   if (!entry.shape) return;
   shapeBytes_ -= entry.shape->bytesHeld();
+  for (const auto& [tile, masks] : entry.masks) shapeBytes_ -= masks.bytesHeld();
   entry.shape.reset();
+  entry.masks.clear();
 }
 
 void LivePainting::layBefore(std::uint64_t endSerial) {
@@ -292,13 +301,23 @@ void LivePainting::layBefore(std::uint64_t endSerial) {
   }
 }
 
+/// Room for the masks that the next frames want again; null where there is none.
+KeptMasks* LivePainting::keptMasks(Entry& entry, int tile) {
+  if (!anyFades_ || isBuilding_ || entry.shapeTiles != tilesRect_) return nullptr;
+  if (const auto found = entry.masks.find(tile); found != entry.masks.end()) return &found->second;
+  return shapeBytes_ < kKeptMaskBytes ? &entry.masks[tile] : nullptr;
+}
+
 void LivePainting::layNext(int number) {
   LiveTile& tile = tiles_[static_cast<std::size_t>(number)];
-  const Entry& entry = entryOf(tile.nextStroke());
+  Entry& entry = entries_[indexOf(tile.nextStroke())];
   PaintTile& paint = tile.workPaint();
   if (entry.alpha > 0) {
     const int x = number % tilesRect_.width(), y = number / tilesRect_.width();
-    brush_.lay(*entry.shape, strokeColors(entry.colorIndex), entry.alpha, x, y, paint);
+    KeptMasks* kept = keptMasks(entry, number);
+    const std::size_t before = kept ? kept->bytesHeld() : 0;
+    brush_.lay(*entry.shape, strokeColors(entry.colorIndex), entry.alpha, x, y, paint, kept);
+    if (kept) shapeBytes_ += kept->bytesHeld() - before;
   }
   if (tile.finishStroke(isUnsettledAfter(tile, entry.serial), mostCheckpoints_))
     changed_.push_back(number);

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 #include "render/canvas_mapping.h"
@@ -60,6 +61,8 @@ class LivePainting {
     // While it is laid, and longer while strokes fade and every frame lays it again.
     std::unique_ptr<StrokeShape> shape;
     PixelRect shapeTiles;  // The tiles that `shape` is right for.
+    // By tile, for the whole of a stroke that every frame lays again.
+    std::unordered_map<int, KeptMasks> masks;
 
     /// Whether the stroke is this one, perhaps longer by now.
     bool isFor(const strokes::Stroke& stroke) const;
@@ -80,9 +83,11 @@ class LivePainting {
   void dropShape(Entry& entry);
   void layBefore(std::uint64_t endSerial);
   void layNext(int number);
+  KeptMasks* keptMasks(Entry& entry, int tile);
   bool isUnsettledAfter(const LiveTile& tile, std::uint64_t serial) const;
   bool isFading(const LiveTile& tile) const;
   const Entry& entryOf(std::uint64_t serial) const;
+  std::size_t indexOf(std::uint64_t serial) const;
 
   int workPerUpdate_;
   CanvasMapping mapping_;
@@ -97,7 +102,7 @@ class LivePainting {
   std::vector<int> stale_;    // Tiles with isStale().
   std::vector<int> changed_;  // By the running update.
   std::size_t mostCheckpoints_ = 2;
-  std::size_t shapeBytes_ = 0;  // Of all entries' shapes.
+  std::size_t shapeBytes_ = 0;  // Of all entries' shapes and masks.
   TileBrush brush_;
 };
 

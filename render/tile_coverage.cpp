@@ -29,10 +29,17 @@ const float* depthRow(const DistanceField& field, int y, bool ofCore) {
 // A path that turns less than this in all cannot come back to itself: half a circle.
 constexpr float kLargestTurn = 3.0f;
 // With more runs than this, all pieces are painted at once.
-constexpr std::size_t kMostRuns = 12;
+constexpr std::size_t kMostRuns = 4;
 
 bool isPartial(std::int16_t share) {
   return share > 0 && share < kFull;
+}
+
+/// Whether a strip can touch a pixel.
+bool isNear(const Strip& strip, int x, int y) {
+  const float dx = static_cast<float>(x) - strip.startX, dy = static_cast<float>(y) - strip.startY;
+  const float reach = strip.length + strip.bodyHalf + kReachPx;
+  return dx * dx + dy * dy <= reach * reach;
 }
 
 /// Raises a row's shares to those of `other`. The pixels, lowest bit first, that both cover partly.
@@ -53,6 +60,7 @@ std::uint64_t joinRow(const std::int16_t* other, std::int16_t* row) {
 void TileCoverage::paint(std::span<const CurvePiece> pieces, std::span<const Strip> strips,
                          std::span<const int> numbers, int tileX, int tileY, bool withCore) {
   pieces_ = pieces;
+  strips_ = strips;
   numbers_ = numbers;
   fine_.clear();
   const int left = tileX * kTile, top = tileY * kTile;
@@ -159,7 +167,10 @@ void TileCoverage::refine(int left, int top, int y, std::uint64_t pixels, bool o
     const int x = std::countr_zero(pixels);
     fineField_.reset((left + x) * kFineness, (top + y) * kFineness, ofCore);
     fineField_.limit(kFineness, kFineness);
-    for (const LocalPiece& piece : fine_) fineField_.spread(piece);
+    for (std::size_t i = 0; i < fine_.size(); ++i) {
+      const Strip& strip = strips_[static_cast<std::size_t>(numbers_[i])];
+      if (isNear(strip, left + x, top + y)) fineField_.spread(fine_[i]);
+    }
     int sum = 0;
     for (int row = fineField_.firstRow(); row < fineField_.endRow(); ++row) {
       std::int16_t fine[kTile];

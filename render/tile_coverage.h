@@ -46,7 +46,8 @@ class TileCoverage {
     int end = 0;
   };
 
-  std::span<const CurvePiece> pieces_;  // While painting, as the numbers.
+  std::span<const CurvePiece> pieces_;  // While painting, as the strips and the numbers.
+  std::span<const Strip> strips_;
   std::span<const int> numbers_;
   std::vector<LocalPiece> fine_;  // The pieces in finer cells, once they are needed.
   std::vector<Run> runs_;
