@@ -22,8 +22,8 @@ class FrameQueue {
   /// How long a frame may wait at an encoder of steady pace: a crash takes what waits here. A slow
   /// encoder therefore gets a shorter queue.
   static constexpr double kMostSeconds = 0.4;
-  /// Before the encoder's pace is known.
-  static constexpr std::size_t kFramesAtFirst = 4;
+  /// Before the encoder's pace is known. It grows by one with each frame of a fast encoder.
+  static constexpr std::size_t kFramesAtFirst = 2;
 
   struct Frame {
     pixels::Surface picture;
