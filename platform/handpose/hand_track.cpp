@@ -10,6 +10,8 @@ namespace {
 constexpr double kMostShrinking = 0.6;  // From one frame's crop to the next.
 constexpr double kOtherSide = 0.7;      // As strange as a jump by so many hands.
 constexpr double kMissedScore = 0.5;
+constexpr int kMostDoubts = 3;
+constexpr double kBeyondDoubt = 0.8;  // Score of a reading that needs nobody else's word.
 
 }  // namespace
 
@@ -45,6 +47,14 @@ void HandTrack::follow(const HandReading& reading) {
 
 void HandTrack::miss() {
   ++misses_;
+}
+
+void HandTrack::confirm(double found) {
+  doubts_ = agreeOnHand(found, score_) || score_ >= kBeyondDoubt ? 0 : doubts_ + 1;
+}
+
+bool HandTrack::isPhantom() const {
+  return doubts_ >= kMostDoubts;
 }
 
 }  // namespace platform::handpose
