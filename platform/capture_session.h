@@ -32,9 +32,10 @@ class CaptureDevice {
 
 /// What a session tells about itself, on any thread. Handlers return quickly.
 struct CaptureEvents {
-  /// start() did not lead to a first frame; the session is not running. It does not try again.
+  /// The camera refused to start; the session is not running. It does not try again.
   std::function<void(const std::string& detail)> failedToStart;
-  /// The frames of a running camera ended; the session is not running and waits for a camera.
+  /// The frames of a started camera ended, or none came; the session is not running and waits for
+  /// a camera.
   std::function<void(const std::string& detail)> stopped;
   /// After `stopped`: a camera can be used again, and start() would use it.
   std::function<void()> returned;

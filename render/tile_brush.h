@@ -10,23 +10,15 @@ namespace render {
 /// Lays strokes over tiles. Holds nothing but room to work in; one for each thread.
 class TileBrush {
  public:
-  /// The shares of `shape` in tile (tileX, tileY) before fading; false, and nothing written, when
-  /// it has none there.
-  bool shares(const StrokeShape& shape, int tileX, int tileY, TileShares& shares);
-
   /// Lays the part of `shape` that falls into tile (tileX, tileY), fading by `alpha`, 0 to 1, over
   /// what is painted there.
   void lay(const StrokeShape& shape, const StrokeColors& colors, double alpha, int tileX, int tileY,
            PaintTile& tile);
 
  private:
-  void plainShares(TileShares& shares) const;
-
   GlowTile wide_;
   GlowTile narrow_;
   TileCoverage coverage_;
-  GlowingMasks masks_;
-  TileShares shares_;
 };
 
 }  // namespace render

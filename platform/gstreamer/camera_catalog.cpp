@@ -1,7 +1,12 @@
 #include "platform/gstreamer/camera_catalog.h"
 
+#include "platform/gstreamer/patience.h"
+
 namespace platform::gstreamer {
 namespace {
+
+// A desktop's daemon answers in milliseconds, and somebody waits for the picture.
+constexpr std::chrono::seconds kPatienceWithDaemon(2);
 
 // Within this time PipeWire's own thread has put away what it held of a daemon that has ended.
 constexpr auto kMourning = std::chrono::milliseconds(200);
@@ -12,6 +17,11 @@ constexpr auto kMourning = std::chrono::milliseconds(200);
 // does not hold off the thread that it shares the connection with.
 CameraCatalog::~CameraCatalog() {
   if (pipeWire_ && daemonLives()) pipeWire_->abandon();
+}
+
+void CameraCatalog::Abandon::operator()(CameraProvider* provider) const {
+  provider->abandon();
+  delete provider;
 }
 
 // The two are asked one by one: a device monitor over both would hide the video devices as soon as
@@ -33,15 +43,28 @@ bool CameraCatalog::lists(const Camera& camera) {
 }
 
 void CameraCatalog::followDaemon() {
-  if (daemonLives()) return;
+  if (daemonLives()) return takePipeWire(std::chrono::seconds(0));
   if (pipeWire_) {
     if (!daemonEnded_) daemonEnded_ = Clock::now();
     if (Clock::now() - *daemonEnded_ < kMourning) return;
     pipeWire_.reset();
     daemonEnded_.reset();
   }
+  pipeWireToCome_ = {};
   daemon_.emplace();
-  if (daemon_->isAlive()) pipeWire_.emplace("pipewiredeviceprovider");
+  if (!daemon_->isAlive()) return;
+  pipeWireToCome_ = begin([] { return NewProvider(new CameraProvider("pipewiredeviceprovider")); });
+  takePipeWire(kPatienceWithDaemon);
+}
+
+void CameraCatalog::takePipeWire(std::chrono::seconds patience) {
+  if (!pipeWireToCome_.valid()) return;
+  if (pipeWireToCome_.wait_for(patience) != std::future_status::ready) return;
+  pipeWire_.reset(pipeWireToCome_.get().release());
+  if (pipeWire_->isStarted()) return;
+  // What hung on to an earlier daemon can keep the next one's first connections from working.
+  pipeWire_.reset();
+  daemon_.reset();
 }
 
 }  // namespace platform::gstreamer

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <chrono>
+#include <future>
+#include <memory>
 #include <mutex>
 #include <optional>
 
@@ -12,7 +14,8 @@ namespace platform::gstreamer {
 
 /// Knows the cameras that are connected at this moment: those of PipeWire, and the video devices
 /// themselves, because PipeWire may be missing or know none. Follows PipeWire's daemon through its
-/// end and return. Looks at nothing before the first question. Any thread.
+/// end and return; one that hangs counts as missing until it answers. Looks at nothing before the
+/// first question. Any thread.
 class CameraCatalog {
  public:
   CameraCatalog() = default;
@@ -21,6 +24,7 @@ class CameraCatalog {
   CameraCatalog& operator=(const CameraCatalog&) = delete;
 
   /// PipeWire's first camera; without one the first video device; none when there is neither.
+  /// Waits for PipeWire the first time, but not long.
   std::optional<Camera> defaultCamera();
 
   /// Whether the camera is still connected.
@@ -28,13 +32,20 @@ class CameraCatalog {
 
  private:
   using Clock = std::chrono::steady_clock;
+  /// For a provider that comes when nobody waits for it any more: it must not be stopped.
+  struct Abandon {
+    void operator()(CameraProvider* provider) const;
+  };
+  using NewProvider = std::unique_ptr<CameraProvider, Abandon>;
 
   void followDaemon();
+  void takePipeWire(std::chrono::seconds patience);
   bool daemonLives() const { return daemon_ && daemon_->isAlive(); }
 
   std::mutex lock_;
   std::optional<DaemonWatch> daemon_;
-  std::optional<CameraProvider> pipeWire_;
+  std::future<NewProvider> pipeWireToCome_;  // Valid while the daemon has not answered yet.
+  std::unique_ptr<CameraProvider> pipeWire_;
   std::optional<Clock::time_point> daemonEnded_;  // When that was noticed.
   std::optional<CameraProvider> devices_;
 };

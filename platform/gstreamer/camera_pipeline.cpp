@@ -1,5 +1,6 @@
 #include "platform/gstreamer/camera_pipeline.h"
 
+#include <gst/base/gstbasesrc.h>
 #include <gst/base/gstbasetransform.h>
 
 #include <utility>
@@ -56,11 +57,10 @@ Result<void> CameraPipeline::probe(const Camera& camera) {
   return result;
 }
 
-Result<std::unique_ptr<CameraPipeline>> CameraPipeline::start(
+Result<std::shared_ptr<CameraPipeline>> CameraPipeline::make(
     const Camera& camera, const GstCaps* format, std::shared_ptr<FrameDelivery> delivery) {
-  std::unique_ptr<CameraPipeline> pipeline(new CameraPipeline(std::move(delivery)));
+  std::shared_ptr<CameraPipeline> pipeline(new CameraPipeline(std::move(delivery)));
   if (const auto built = pipeline->build(camera, format); !built) return built.error();
-  if (const auto playing = pipeline->play(); !playing) return playing.error();
   return pipeline;
 }
 
@@ -70,11 +70,17 @@ CameraPipeline::CameraPipeline(std::shared_ptr<FrameDelivery> delivery)
 }
 
 CameraPipeline::~CameraPipeline() {
-  // First, because the thread that has to stop waits for the handler of its frame.
-  delivery_->close();
+  silence();  // First, because the thread that has to stop waits for the handler of its frame.
   gst_element_set_state(pipeline_.get(), GST_STATE_NULL);
   arrived_.load();
   taken_.load();
+}
+
+// Not by an event, which would wait for the change of state that hangs.
+void CameraPipeline::interruptPlay() {
+  if (!GST_IS_BASE_SRC(source_)) return;
+  GstBaseSrc* source = GST_BASE_SRC(source_);
+  if (const auto unlock = GST_BASE_SRC_GET_CLASS(source)->unlock) unlock(source);
 }
 
 std::optional<std::string> CameraPipeline::failure() {
@@ -107,6 +113,7 @@ Result<void> CameraPipeline::build(const Camera& camera, const GstCaps* format) 
   gst_util_set_object_arg(G_OBJECT(chain[2]), "leaky", "downstream");
   g_object_set(chain[2], "max-size-buffers", 1u, "max-size-bytes", 0u, "max-size-time",
                G_GUINT64_CONSTANT(0), nullptr);
+  source_ = source;
   converter_ = chain[chain.size() - 2];
   connectSink(GST_APP_SINK(chain.back()));
 

@@ -21,6 +21,9 @@ class CameraProvider {
   CameraProvider(const CameraProvider&) = delete;
   CameraProvider& operator=(const CameraProvider&) = delete;
 
+  /// Whether the service has answered.
+  bool isStarted() const { return provider_ != nullptr; }
+
   /// The camera of the highest session priority; among equals the first video device.
   std::optional<Camera> firstCamera() const;
 

@@ -5,6 +5,7 @@
 #include "platform/gstreamer/camera_pipeline.h"
 #include "platform/gstreamer/gst_camera_input.h"
 #include "platform/gstreamer/gst_capture_session.h"
+#include "platform/gstreamer/patience.h"
 
 namespace platform::gstreamer {
 namespace {
@@ -16,7 +17,10 @@ class GstCaptureDevice final : public CaptureDevice {
   std::string displayName() const override { return camera_.displayName(); }
 
   Result<std::unique_ptr<CaptureInput>> open() override {
-    if (const auto opened = CameraPipeline::probe(camera_); !opened) return opened.error();
+    const auto opened =
+        within(kPatience, [camera = camera_] { return CameraPipeline::probe(camera); });
+    if (!opened) return Error{camera_.displayName() + " does not answer."};
+    if (!*opened) return opened->error();
     return std::unique_ptr<CaptureInput>(std::make_unique<GstCameraInput>(camera_));
   }
 

@@ -9,6 +9,7 @@
 #include "platform/gstreamer/camera_format.h"
 #include "platform/gstreamer/frame_delivery.h"
 #include "platform/gstreamer/gst_camera_input.h"
+#include "platform/gstreamer/patience.h"
 
 namespace platform::gstreamer {
 namespace {
@@ -36,8 +37,10 @@ Handle<GstCaps> formatFor(const Camera& camera, std::optional<CapturePreset> pre
 
 GstCaptureSession::GstCaptureSession(CameraCatalog& catalog) : catalog_(catalog) {}
 
-// The watch ends before what it looks at.
-GstCaptureSession::~GstCaptureSession() = default;
+GstCaptureSession::~GstCaptureSession() {
+  watcher_ = {};  // Before what it looks at.
+  closePipeline();
+}
 
 void GstCaptureSession::setEvents(CaptureEvents events) {
   const std::lock_guard guard(eventsLock_);
@@ -95,18 +98,35 @@ void GstCaptureSession::start() {
 }
 
 Result<void> GstCaptureSession::run() {
-  if (hasRun_) camera_ = catalog_.defaultCamera();
+  if (!camera_) camera_ = catalog_.defaultCamera();
   if (!camera_) return Error{"No camera is connected."};
   const Handle<GstCaps> format = formatFor(*camera_, preset_);
   if (!format) return Error{camera_->displayName() + " delivers no picture that can be read."};
-  auto pipeline = CameraPipeline::start(*camera_, format.get(),
-                                        std::make_shared<FrameDelivery>(*queue_, handler_));
-  if (!pipeline) return pipeline.error();
-  pipeline_ = std::move(pipeline).value();
+  const auto made = CameraPipeline::make(*camera_, format.get(),
+                                         std::make_shared<FrameDelivery>(*queue_, handler_));
+  if (!made) return made.error();
+  const auto played = within(kPatience, [pipeline = made.value()]() mutable {
+    return std::exchange(pipeline, nullptr)->play();
+  });
+  if (!played) {
+    made.value()->silence();
+    made.value()->interruptPlay();
+    wasAccepted_ = true;
+    return Error{camera_->displayName() + " does not answer."};
+  }
+  if (!*played) return played->error();
+  pipeline_ = made.value();
   framesSeen_ = 0;
   looks_ = 0;
   silentLooks_ = 0;
   return {};
+}
+
+// A pipeline that cannot be ended is left to its fate.
+void GstCaptureSession::closePipeline() {
+  if (!pipeline_) return;
+  pipeline_->silence();
+  begin([ended = std::move(pipeline_)]() mutable { ended.reset(); }).wait_for(kPatience);
 }
 
 void GstCaptureSession::watch(const std::stop_token& stop) {
@@ -140,24 +160,24 @@ std::optional<std::string> GstCaptureSession::trouble() {
   const std::uint64_t frames = pipeline_->arrived();
   silentLooks_ = frames == framesSeen_ ? silentLooks_ + 1 : 0;
   framesSeen_ = frames;
-  if (frames == 0) {
-    if (silentLooks_ < kLooksForFirstFrame) return std::nullopt;
-    return camera_->displayName() + " delivered no picture.";
-  }
-  hasRun_ = true;
-  if (++looks_ == kLooksOfGoodWork) returnWatch_.forgive();
-  if (!catalog_.lists(*camera_)) return camera_->displayName() + " was disconnected.";
-  if (silentLooks_ < kLooksWithoutFrame) return std::nullopt;
-  return camera_->displayName() + " delivers no more pictures.";
+  const bool isConnected = catalog_.lists(*camera_);
+  const bool isSilent = silentLooks_ >= (frames == 0 ? kLooksForFirstFrame : kLooksWithoutFrame);
+  wasAccepted_ = wasAccepted_ || frames > 0 || !isConnected || isSilent;
+  if (frames > 0 && ++looks_ == kLooksOfGoodWork) returnWatch_.forgive();
+  if (!isConnected) return camera_->displayName() + " was disconnected.";
+  if (!isSilent) return std::nullopt;
+  return camera_->displayName() +
+         (frames == 0 ? " delivers no picture." : " delivers no more pictures.");
 }
 
 void GstCaptureSession::end(Guard guard, const std::string& why) {
-  pipeline_.reset();
-  const bool wasRunning = hasRun_;
-  if (wasRunning) returnWatch_.lose(catalog_.defaultCamera().has_value());
+  closePipeline();
+  camera_.reset();
+  const bool wasAccepted = wasAccepted_;
+  if (wasAccepted) returnWatch_.lose(catalog_.defaultCamera().has_value());
   guard.unlock();
   const std::lock_guard telling(eventsLock_);
-  const auto& event = wasRunning ? events_.stopped : events_.failedToStart;
+  const auto& event = wasAccepted ? events_.stopped : events_.failedToStart;
   if (event) event(why);
 }
 

@@ -38,6 +38,7 @@ class GstCaptureSession final : public CaptureSession {
   using Guard = std::unique_lock<std::mutex>;
 
   Result<void> run();
+  void closePipeline();
   void watch(const std::stop_token& stop);
   void look();
   std::optional<std::string> trouble();
@@ -47,14 +48,14 @@ class GstCaptureSession final : public CaptureSession {
 
   mutable std::mutex lock_;  // Guards everything down to the watch.
   std::optional<CapturePreset> preset_;
-  std::optional<Camera> camera_;
+  std::optional<Camera> camera_;  // Of the next start, or of the pipeline; none after a stop.
   SerialQueue* queue_ = nullptr;
   CaptureHandler handler_;
-  std::unique_ptr<CameraPipeline> pipeline_;  // Present while running.
-  bool hasRun_ = false;                       // Frames have come, now or before a stop.
-  std::uint64_t framesSeen_ = 0;              // Of pipeline_, at the last look.
-  int looks_ = 0;                             // At pipeline_ since its first frame.
-  int silentLooks_ = 0;                       // That saw no new frame, in a row.
+  std::shared_ptr<CameraPipeline> pipeline_;  // Present while running.
+  bool wasAccepted_ = false;      // A camera has not refused: frames came, or nothing at all.
+  std::uint64_t framesSeen_ = 0;  // Of pipeline_, at the last look.
+  int looks_ = 0;                 // At pipeline_ since its first frame.
+  int silentLooks_ = 0;           // That saw no new frame, in a row.
   ReturnWatch returnWatch_;
 
   std::mutex eventsLock_;  // Held while an event is told.

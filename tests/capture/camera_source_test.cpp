@@ -239,14 +239,23 @@ TEST_F(CameraSourceTest, AFrameThatIsNoPictureStillReachesTheOwner) {
   EXPECT_THAT(frames, ElementsAre(Pair(0, 7.0)));
 }
 
-TEST_F(CameraSourceTest, ACameraThatNeverDeliversIsReportedAsNotOpened) {
+TEST_F(CameraSourceTest, ACameraThatRefusesToStartIsReportedAsNotOpened) {
   start();
 
-  camera.failToStart("No frame within 5 seconds.");
+  camera.failToStart("Another program uses it.");
   queues.drain(kSession);
 
   EXPECT_THAT(errors,
-              ElementsAre(Pair("The camera could not be opened.", "No frame within 5 seconds.")));
+              ElementsAre(Pair("The camera could not be opened.", "Another program uses it.")));
+}
+
+TEST_F(CameraSourceTest, ACameraThatDeliversNothingIsReportedAsStopped) {
+  start();
+
+  camera.fallSilent("It delivers no picture.");
+  queues.drain(kSession);
+
+  EXPECT_THAT(errors, ElementsAre(Pair("The camera stopped.", "It delivers no picture.")));
 }
 
 TEST_F(CameraSourceTest, ACameraThatVanishesIsReportedOnTheSessionQueue) {

@@ -179,6 +179,23 @@ TEST_F(CameraFramesTest, ACameraThatVanishesIsReported) {
   EXPECT_EQ(model.errorDetails(), "It was unplugged.");
 }
 
+TEST_F(CameraFramesTest, ACameraThatDeliversNothingAtFirstIsToldAndTriedAgain) {
+  startCamera();
+  machine.capture.fallSilent("It delivers no picture.");
+  settle();
+  EXPECT_EQ(model.cameraState(), CameraState::failed("The camera stopped."));
+
+  machine.capture.comeBack();
+  settle();
+  machine.cameraPermission.answerRead(CameraAuthorization::authorized);
+  settle();
+  deliver(greyFrame(640, 480));
+
+  EXPECT_EQ(model.cameraState().kind, Kind::running);
+  EXPECT_EQ(model.errorMessage(), std::nullopt);
+  EXPECT_EQ(picture()->width(), 640);
+}
+
 TEST_F(CameraFramesTest, ACameraThatComesBackRunsAgainWithoutAClick) {
   startCamera();
   machine.capture.vanish("It was unplugged.");

@@ -41,6 +41,10 @@ void ChildProcess::freeze() {
   ::kill(pid_, SIGSTOP);
 }
 
+void ChildProcess::thaw() {
+  ::kill(pid_, SIGCONT);
+}
+
 bool ChildProcess::isInstalled(const std::string& program) {
   const char* path = std::getenv("PATH");
   std::istringstream folders(path ? path : "");

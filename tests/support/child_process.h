@@ -20,6 +20,8 @@ class ChildProcess {
   void kill();
   /// Stops it from doing anything, without ending it.
   void freeze();
+  /// Lets it go on.
+  void thaw();
 
   /// Whether there is a program of that name in PATH.
   static bool isInstalled(const std::string& program);

@@ -26,22 +26,16 @@ std::vector<std::string> words(const std::string& text) {
   return result;
 }
 
-std::vector<std::string> cameraCommand(const std::string& caps, const std::string& name) {
-  const bool jpeg = caps.starts_with("image/jpeg");
-  auto command = words("gst-launch-1.0 -q videotestsrc is-live=true pattern=smpte !");
-  if (jpeg) {
-    const auto encoded =
-        words("video/x-raw,format=I420" + caps.substr(caps.find(',')) + " ! jpegenc quality=95 !");
-    command.insert(command.end(), encoded.begin(), encoded.end());
+std::vector<std::string> cameraCommand(const std::string& caps, Pictures pictures) {
+  std::string source = "gst-launch-1.0 -q videotestsrc is-live=true pattern=smpte ! ";
+  if (caps.starts_with("image/jpeg")) {
+    source += "video/x-raw,format=I420" + caps.substr(caps.find(',')) + " ! jpegenc quality=95 ! ";
   }
-  const auto rest = words(caps + " ! pipewiresink mode=provide");
-  command.insert(command.end(), rest.begin(), rest.end());
-  std::string escaped;
-  for (const char letter : name) escaped += letter == ' ' ? "\\ " : std::string(1, letter);
+  if (pictures == Pictures::none) source += "valve drop=true drop-mode=forward-sticky-events ! ";
+  auto command = words(source + caps + " ! pipewiresink mode=provide");
   command.push_back(
       "stream-properties=p,media.class=Video/Source,media.role=Camera,node.name=virtual-camera,"
-      "node.description=\"" +
-      escaped + "\"");
+      "node.description=\"Virtual\\ Camera\"");
   return command;
 }
 
@@ -62,12 +56,10 @@ std::optional<std::string> DesktopSession::missing() {
 }
 
 DesktopSession::DesktopSession(BusActivation activation) {
-  std::string name = (fs::temp_directory_path() / "wavescribe-test-XXXXXX").string();
-  folder_ = mkdtemp(name.data());
   for (const char* variable : {"XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_DATA_HOME",
                                "XDG_STATE_HOME", "XDG_CACHE_HOME", "HOME"}) {
     const fs::path folder =
-        std::string(variable) == "XDG_RUNTIME_DIR" ? folder_ : folder_ / variable;
+        std::string(variable) == "XDG_RUNTIME_DIR" ? folder_.path() : folder_ / variable;
     fs::create_directories(folder);
     fs::permissions(folder, fs::perms::owner_all);
     setenv(variable, folder.c_str(), 1);
@@ -83,13 +75,6 @@ DesktopSession::DesktopSession(BusActivation activation) {
   }
   bus_ = std::make_unique<ChildProcess>(command, (folder_ / "bus.log").string());
   waitForFile(folder_ / "bus");
-}
-
-DesktopSession::~DesktopSession() {
-  killPipeWire();
-  bus_.reset();
-  std::error_code ignored;
-  fs::remove_all(folder_, ignored);
 }
 
 void DesktopSession::startPipeWire() {
@@ -110,7 +95,7 @@ void DesktopSession::killPipeWire() {
     fs::remove(folder_ / socket, ignored);
 }
 
-VirtualCamera::VirtualCamera(const std::string& caps, const std::string& name)
-    : process_(cameraCommand(caps, name)) {}
+VirtualCamera::VirtualCamera(const std::string& caps, Pictures pictures)
+    : process_(cameraCommand(caps, pictures)) {}
 
 }  // namespace support

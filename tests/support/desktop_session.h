@@ -6,6 +6,7 @@
 #include <string>
 
 #include "tests/support/child_process.h"
+#include "tests/support/temporary_folder.h"
 
 namespace support {
 
@@ -20,28 +21,33 @@ class DesktopSession {
   static std::optional<std::string> missing();
 
   explicit DesktopSession(BusActivation activation = BusActivation::on);
-  ~DesktopSession();
 
   /// PipeWire and its session manager; returns once they answer.
   void startPipeWire();
   /// Ends them as a crash would.
   void killPipeWire();
+  /// PipeWire hangs: it takes connections but says nothing, until it is thawed.
+  void freezePipeWire() { pipeWire_->freeze(); }
+  void thawPipeWire() { pipeWire_->thaw(); }
 
-  const std::filesystem::path& folder() const { return folder_; }
+  const std::filesystem::path& folder() const { return folder_.path(); }
 
  private:
-  std::filesystem::path folder_;
+  const TemporaryFolder folder_;  // Ends last: the others write into it.
   std::unique_ptr<ChildProcess> bus_;
   std::unique_ptr<ChildProcess> pipeWire_;
   std::unique_ptr<ChildProcess> sessionManager_;
 };
+
+/// Whether a virtual camera delivers pictures or only looks as if it would.
+enum class Pictures { colourBars, none };
 
 /// A camera that PipeWire shows: colour bars, white at the top left and blue at the top right,
 /// dark at the bottom left.
 class VirtualCamera {
  public:
   /// `caps`: what it delivers, e.g. "video/x-raw,format=YUY2,width=640,height=480,framerate=30/1".
-  explicit VirtualCamera(const std::string& caps, const std::string& name = "Virtual Camera");
+  explicit VirtualCamera(const std::string& caps, Pictures pictures = Pictures::colourBars);
 
   void kill() { process_.kill(); }
   void freeze() { process_.freeze(); }

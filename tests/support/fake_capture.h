@@ -50,8 +50,13 @@ class FakeCapture final : public platform::CaptureService {
   void pause() { running = false; }
 
   void vanish(const std::string& detail) {
-    running = false;
     present = false;
+    fallSilent(detail);
+  }
+
+  /// The camera is still there, but nothing comes from it.
+  void fallSilent(const std::string& detail) {
+    running = false;
     if (events_.stopped) events_.stopped(detail);
   }
 

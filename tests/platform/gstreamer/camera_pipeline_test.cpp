@@ -37,16 +37,19 @@ class CameraPipelineTest : public testing::Test {
  protected:
   CameraPipelineTest() { gst_init(nullptr, nullptr); }
 
-  Result<std::unique_ptr<CameraPipeline>> start(const std::string& source, const char* format) {
+  Result<std::shared_ptr<CameraPipeline>> start(const std::string& source, const char* format) {
     const Handle<GstCaps> caps(gst_caps_from_string(format));
     const Camera camera(Handle<GstDevice>(GST_DEVICE(gst_object_ref_sink(g_object_new(
         test_device_get_type(), "display-name", source.c_str(), "caps", caps.get(), nullptr)))));
-    return CameraPipeline::start(camera, caps.get(),
-                                 std::make_shared<FrameDelivery>(*queue, [this](const auto& frame) {
-                                   const std::lock_guard guard(lock);
-                                   last = frame;
-                                   ++frames;
-                                 }));
+    auto made = CameraPipeline::make(
+        camera, caps.get(), std::make_shared<FrameDelivery>(*queue, [this](const auto& frame) {
+          const std::lock_guard guard(lock);
+          last = frame;
+          ++frames;
+        }));
+    if (!made) return made;
+    if (const auto playing = made.value()->play(); !playing) return playing.error();
+    return made;
   }
 
   bool framesReach(int count) {
