@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/handpose/gates.h"
+#include "platform/handpose/steadying.h"
 
 namespace platform::handpose {
 namespace {
@@ -16,7 +17,7 @@ constexpr double kBeyondDoubt = 0.8;  // Score of a reading that needs nobody el
 }  // namespace
 
 HandTrack::HandTrack(int id, const HandReading& first, const ChiralityVote& vote)
-    : id_(id), cropSize_(0), score_(0), vote_(vote) {
+    : id_(id), landmarks_(first.landmarks), cropSize_(0), score_(0), vote_(vote) {
   follow(first);
 }
 
@@ -37,7 +38,7 @@ double HandTrack::strangeness(const HandReading& reading) const {
 }
 
 void HandTrack::follow(const HandReading& reading) {
-  landmarks_ = reading.landmarks;
+  landmarks_ = steadied(landmarks_, reading.landmarks);
   box_ = boxOf(reading.landmarks);
   cropSize_ = std::max(box_.size, kMostShrinking * cropSize_);
   score_ = scoreOf(reading);

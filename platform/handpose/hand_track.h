@@ -49,7 +49,7 @@ class HandTrack {
 
  private:
   int id_;
-  Landmarks landmarks_;
+  Landmarks landmarks_;  // Steadied; the box, and so the next crop, is as it was read.
   HandBox box_;
   double cropSize_;
   double score_;
