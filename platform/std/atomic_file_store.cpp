@@ -16,7 +16,6 @@ namespace platform {
 namespace {
 
 constexpr int kMostLinks = 40;  // As many as the kernel follows in one path.
-constexpr mode_t kPermissionBits = 0777;
 
 std::error_code systemError(int number) {
   return {number, std::generic_category()};
@@ -41,7 +40,7 @@ std::error_code examine(const std::filesystem::path& target, std::optional<mode_
   if (S_ISDIR(found.st_mode)) return systemError(EISDIR);
   if (!S_ISREG(found.st_mode)) return systemError(EPERM);
   if (faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) return systemError(errno);
-  permissions = found.st_mode & kPermissionBits;
+  permissions = found.st_mode & TemporaryFile::kPermissionBits;
   return {};
 }
 

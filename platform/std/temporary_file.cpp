@@ -17,7 +17,6 @@ namespace platform {
 namespace {
 
 constexpr int kAttempts = 16;  // At finding a name; 2^32 names make a second one rare enough.
-constexpr mode_t kPermissionBits = 0777;
 
 std::error_code lastError() {
   return {errno, std::generic_category()};

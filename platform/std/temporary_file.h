@@ -13,6 +13,9 @@ namespace platform {
 /// file system. Unless it takes that place it is gone with this object. One thread.
 class TemporaryFile {
  public:
+  /// The bits of a file's mode that setPermissions() is about.
+  static constexpr mode_t kPermissionBits = 0777;
+
   TemporaryFile() = default;
   ~TemporaryFile();
   TemporaryFile(const TemporaryFile&) = delete;

@@ -5,19 +5,14 @@
 set -euo pipefail
 # shellcheck source=tests/e2e/desktop.sh
 source "$(dirname "$0")/desktop.sh"
-# shellcheck source=tests/e2e/virtual_camera.sh
-source "$(dirname "$0")/virtual_camera.sh"
+# shellcheck source=tests/e2e/camera_services.sh
+source "$(dirname "$0")/camera_services.sh"
 program=$1
 out=$2
-needs_virtual_camera
+require_camera_services
 rm -rf "$out"
 mkdir -p "$out"
 start_desktop 1400x900
-
-unplug() {
-  kill -KILL "$camera"
-  wait "$camera" 2>/dev/null || true
-}
 
 # shows X Y R G B: whether the newest screenshot has about that colour there.
 shows() {
@@ -61,8 +56,8 @@ banner_is_shown() {
 
 works_again() { shows_bars "$1" "$2" && ! banner_is_shown; }
 
-start_services
-plug_in 1280 720
+start_camera_services
+plug_in_bars 1280 720
 sleep 1
 start_program "$program"
 find_window_corner
@@ -72,12 +67,12 @@ cp "$out/look.png" "$out/wide.png"
 unplug
 wait_until "the camera's end to be told" banner_is_shown
 cp "$out/look.png" "$out/unplugged.png"
-plug_in 1280 720
+plug_in_bars 1280 720
 wait_until "the camera's picture again" works_again 40 980
 
 unplug
 wait_until "the camera's end to be told" banner_is_shown
-plug_in 640 480
+plug_in_bars 640 480
 wait_until "the picture of 4:3" shows_narrow_bars
 cp "$out/look.png" "$out/narrow.png"
 

@@ -7,18 +7,18 @@
 set -euo pipefail
 # shellcheck source=tests/e2e/desktop.sh
 source "$(dirname "$0")/desktop.sh"
-# shellcheck source=tests/e2e/virtual_camera.sh
-source "$(dirname "$0")/virtual_camera.sh"
+# shellcheck source=tests/e2e/camera_services.sh
+source "$(dirname "$0")/camera_services.sh"
 programs=$1
 out=$2
 seconds=${3:-1200}
 video=$out/recording.mp4
-needs_virtual_camera
+require_camera_services
 rm -rf "$out"
 mkdir -p "$out"
 start_desktop 1400x900
-start_services
-plug_in 1280 720
+start_camera_services
+plug_in_bars 1280 720
 sleep 1
 start_program "$programs/wavescribe"
 sleep 2

@@ -21,6 +21,21 @@ class AppModelTest : public testing::Test {
     }
   }
 
+  /// Gives every property that has a setter another value than its default.
+  void setEverything() {
+    model.setColorIndex(5);
+    model.setBackground(render::CanvasBackground::white);
+    model.setDim(0.8);
+    model.setGlow(false);
+    model.setWidthFromDistance(false);
+    model.setManualWidth(30);
+    model.setFadeEnabled(true);
+    model.setFadeSeconds(2.5);
+    model.setColorHand(hand::ColorHand::either);
+    model.setShowClearConfirm(true);
+    model.setShowSaveChoice(true);
+  }
+
   support::FakePlatform machine;
   AppModel model{machine.services()};
 };
@@ -48,17 +63,7 @@ TEST_F(AppModelTest, AFreshModelHasTheDefaults) {
 }
 
 TEST_F(AppModelTest, SettersStoreTheirValue) {
-  model.setColorIndex(5);
-  model.setBackground(render::CanvasBackground::white);
-  model.setDim(0.8);
-  model.setGlow(false);
-  model.setWidthFromDistance(false);
-  model.setManualWidth(30);
-  model.setFadeEnabled(true);
-  model.setFadeSeconds(2.5);
-  model.setColorHand(hand::ColorHand::either);
-  model.setShowClearConfirm(true);
-  model.setShowSaveChoice(true);
+  setEverything();
 
   EXPECT_EQ(model.colorIndex(), 5);
   EXPECT_EQ(model.background(), render::CanvasBackground::white);
@@ -76,17 +81,7 @@ TEST_F(AppModelTest, SettersStoreTheirValue) {
 TEST_F(AppModelTest, EverySetterAnnouncesBeforeItWrites) {
   const support::ObserverLog log(model);
 
-  model.setColorIndex(5);
-  model.setBackground(render::CanvasBackground::white);
-  model.setDim(0.8);
-  model.setGlow(false);
-  model.setWidthFromDistance(false);
-  model.setManualWidth(30);
-  model.setFadeEnabled(true);
-  model.setFadeSeconds(2.5);
-  model.setColorHand(hand::ColorHand::either);
-  model.setShowClearConfirm(true);
-  model.setShowSaveChoice(true);
+  setEverything();
 
   EXPECT_THAT(
       log.announcements,

@@ -6,14 +6,20 @@
 #include <fstream>
 #include <iterator>
 #include <nlohmann/json.hpp>
+#include <sstream>
 #include <string>
 #include <vector>
 
+#include "pixels/surface.h"
+#include "platform/png/png_encoder.h"
+#include "platform/recorded/recorded_hand_pose_request.h"
+#include "platform/std/uptime_clock.h"
 #include "tests/support/temporary_folder.h"
 
 namespace replay {
 namespace {
 
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::SizeIs;
 
@@ -35,6 +41,15 @@ std::vector<nlohmann::json> traceOf(const std::filesystem::path& path) {
     lines.back().erase("milliseconds");
   }
   return lines;
+}
+
+/// A folder of black pictures, numbered from 0.
+void writePictures(const std::filesystem::path& folder, int count) {
+  const auto png = platform::PngEncoder().encodePng(pixels::Surface(16, 8)).value();
+  for (int i = 0; i < count; ++i) {
+    std::ofstream(folder / (std::to_string(i) + ".png"), std::ios::binary)
+        .write(reinterpret_cast<const char*>(png.data()), static_cast<std::streamsize>(png.size()));
+  }
 }
 
 TEST(Replay, TheSameClipAndHandsGiveTheSameTraceAndPicture) {
@@ -107,6 +122,55 @@ TEST(Replay, RecordsThePaintingAsAVideo) {
   const auto summary = replay::run(options);
   ASSERT_TRUE(summary) << summary.error().description;
   EXPECT_GT(std::filesystem::file_size(*options.video), 100'000u);
+}
+
+TEST(Replay, InRealTimeTakesAsLongAsTheFramesWouldFromACamera) {
+  const support::TemporaryFolder folder;
+  writePictures(folder.path(), 10);
+  const support::TemporaryFolder logs;
+  std::ofstream log(logs / "hands.jsonl");
+  for (int i = 0; i < 10; ++i) log << platform::toLine({.time = i / 30.0}) << '\n';
+  log.close();
+  Options options{.clip = folder.path()};
+  options.hands = logs / "hands.jsonl";
+  options.realtime = true;
+  const double began = platform::UptimeClock().now();
+
+  const auto summary = replay::run(options);
+
+  ASSERT_TRUE(summary) << summary.error().description;
+  EXPECT_EQ(summary.value().frames, 10);
+  EXPECT_EQ(summary.value().problem, std::nullopt);
+  EXPECT_GE(platform::UptimeClock().now() - began, 0.29);
+}
+
+TEST(Replay, AFrameThatComesTooLateIsDroppedAsByACamera) {
+  class EverySecondFrameIsLate final : public Pace {
+   public:
+    bool waitFor(double) override { return ++frames_ % 2 == 1; }
+
+   private:
+    int frames_ = 0;
+  };
+  const support::TemporaryFolder folder;
+  writePictures(folder.path(), 6);
+  std::vector<platform::HandLogEntry> nobody;
+  for (int i = 0; i < 6; ++i) nobody.push_back({.time = i / 30.0});
+  platform::RecordedHandPoseRequest detector(nobody);
+  Replay replay(detector);
+  EverySecondFrameIsLate pace;
+  std::ostringstream trace;
+
+  const auto summary = replay.play(*openFrames(folder.path()).value(), pace, &trace);
+
+  ASSERT_TRUE(summary);
+  EXPECT_EQ(summary.value().frames, 6);
+  std::vector<bool> analysed;
+  std::istringstream lines(trace.str());
+  for (std::string line; std::getline(lines, line);) {
+    analysed.push_back(nlohmann::json::parse(line).contains("hands"));
+  }
+  EXPECT_THAT(analysed, ElementsAre(true, false, true, false, true, false));
 }
 
 TEST(Replay, FramesWithoutRecordedHandsAreAProblemThatIsTold) {

@@ -1,11 +1,11 @@
 # shellcheck shell=bash
-# Sourced beside desktop.sh by the tests that need a camera: one that PipeWire shows, on a session
-# bus of its own.
+# Sourced after desktop.sh by what needs a camera: PipeWire with a session bus of its own, and cameras
+# that it shows.
 
-camera= # The process that shows its picture.
+camera= # The process of the one that is plugged in.
 
-# Ends the test as skipped where the tools for it are missing.
-needs_virtual_camera() {
+# require_camera_services: ends the script where they cannot be had.
+require_camera_services() {
   local tool
   for tool in dbus-daemon pipewire wireplumber gst-launch-1.0; do
     if ! command -v "$tool" >/dev/null; then
@@ -15,7 +15,7 @@ needs_virtual_camera() {
   done
 }
 
-start_services() {
+start_camera_services() {
   export DBUS_SESSION_BUS_ADDRESS=unix:path=$XDG_RUNTIME_DIR/bus
   # Without services that start by themselves: no portal, so the device itself decides.
   cat >"$XDG_RUNTIME_DIR/bus.conf" <<XML
@@ -38,12 +38,23 @@ XML
   sleep 2
 }
 
-# plug_in WIDTH HEIGHT: a camera of colour bars, white on the left and blue on the right.
+# plug_in WIDTH HEIGHT SOURCE...: a camera of that size which shows what the words of a GStreamer
+# source make.
 plug_in() {
-  gst-launch-1.0 -q videotestsrc is-live=true pattern=smpte ! \
-    "video/x-raw,format=YUY2,width=$1,height=$2,framerate=30/1" ! pipewiresink mode=provide \
+  local width=$1 height=$2
+  shift 2
+  gst-launch-1.0 -q "$@" ! "video/x-raw,format=YUY2,width=$width,height=$height,framerate=30/1" ! \
+    pipewiresink mode=provide \
     'stream-properties=p,media.class=Video/Source,media.role=Camera,node.name=virtual-camera' \
     >/dev/null 2>&1 &
   camera=$!
   pids+=("$camera")
+}
+
+# plug_in_bars WIDTH HEIGHT: colour bars, white on the left and blue on the right.
+plug_in_bars() { plug_in "$1" "$2" videotestsrc is-live=true pattern=smpte; }
+
+unplug() {
+  kill -KILL "$camera"
+  wait "$camera" 2>/dev/null || true
 }
