@@ -115,6 +115,23 @@ void fading(benchmark::State& state, pixels::Size size) {
   });
 }
 
+/// The first frame in which strokes fade that had settled half a second before.
+void beginningToFade(benchmark::State& state, pixels::Size size) {
+  Window window(settled(100, render::CanvasBackground::black), size);
+  render::RenderScene& scene = window.scene();
+  measureFrames(state, window, [&](int) {
+    constexpr int kFramesBefore = 15;
+    scene.fadeEnabled = false;
+    window.draw();
+    scene.fadeEnabled = true;
+    for (int i = 0; i < kFramesBefore; ++i) {
+      scene.now = scene.fadeSeconds - 0.5 + i / 30.0;
+      window.draw();
+    }
+    scene.now = scene.fadeSeconds + 0.05;
+  });
+}
+
 void undo(benchmark::State& state, pixels::Size size) {
   Window window(settled(1000, render::CanvasBackground::black), size);
   auto& strokes = window.scene().strokes;
@@ -147,6 +164,7 @@ LIVE(idle, settled1000_1080p, k1080p);
 LIVE(drawing, points20_1080p, k1080p, 20);
 LIVE(drawing, points2000_1080p, k1080p, 2000);
 LIVE(fading, strokes100_1080p, k1080p);
+LIVE(beginningToFade, strokes100_1080p, k1080p);
 LIVE(undo, newestOf1000_1080p, k1080p);
 LIVE(rebuilding, strokes1000_1080p, k1080p);
 LIVE(rebuilding, strokes1000_2160p, k2160p);

@@ -80,4 +80,12 @@ pixels::Image cameraPicture() {
   return pixels::Image::copyOf(bytes.data(), kWidth, kHeight, 4 * kWidth);
 }
 
+pixels::Image noisyPicture(int seed) {
+  constexpr int kWidth = 1280, kHeight = 720;
+  Dice dice(static_cast<std::uint32_t>(seed));
+  std::vector<std::uint8_t> bytes(4u * kWidth * kHeight);
+  for (std::uint8_t& byte : bytes) byte = static_cast<std::uint8_t>(256 * dice.next());
+  return pixels::Image::copyOf(bytes.data(), kWidth, kHeight, 4 * kWidth);
+}
+
 }  // namespace bench

@@ -27,6 +27,7 @@ void mixOver(const std::uint8_t* color, double share, std::uint8_t* pixel) {
     pixel[c] = static_cast<std::uint8_t>(pixel[c] + (color[c] - pixel[c]) * share + 0.5);
 }
 
+/// Of grounds that are one colour, as the camera's is without a picture; null: none is drawn.
 const std::uint8_t* plainColor(const RenderScene& scene) {
   switch (scene.background) {
     case CanvasBackground::camera:

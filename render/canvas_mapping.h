@@ -13,9 +13,13 @@ struct CanvasMapping {
   double unit = 1;         ///< Logical points per reference unit of width.
   double deviceScale = 1;  ///< Device pixels per logical point.
 
-  /// `size`: the canvas in logical points. Widths are meant for a canvas 800 points high.
+  /// The height, in logical points, of the canvas that widths are meant for.
+  static constexpr double kReferenceHeight = 800;
+
+  /// `size`: the canvas in logical points.
   static CanvasMapping of(pixels::Size size, double deviceScale) {
-    return {size.width * deviceScale, size.height * deviceScale, size.height / 800, deviceScale};
+    return {size.width * deviceScale, size.height * deviceScale, size.height / kReferenceHeight,
+            deviceScale};
   }
 
   /// A line `units` wide, in device pixels: never thinner than one logical point.

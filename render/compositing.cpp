@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cstring>
 
+#include "hwy/cache_control.h"
 #include "render/glow_blur.h"
+#include "render/spline.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "render/compositing.cpp"
@@ -17,10 +19,28 @@ namespace hn = hwy::HWY_NAMESPACE;
 using D = hn::CappedTag<std::int16_t, 32>;
 using V = hn::Vec<D>;
 constexpr int kSide = PaintTile::kSide;
+constexpr int kRowsAhead = 6;
 
 /// a + b - ab: two shares of one colour, one over the other.
 HWY_INLINE V together(D d, V a, V b) {
   return hn::Add(a, hn::MulFixedPoint15(hn::Sub(hn::Set(d, kFull), a), b));
+}
+
+/// Where a row of pixels lies between four rows of cells.
+struct RowMix {
+  const std::int16_t* rows[4];
+  const std::int16_t* weights;
+  bool isDark;
+};
+
+HWY_INLINE RowMix mixFor(const GlowRows& glow, int y) {
+  const int inCell = y & ((1 << glow.cellShift) - 1);
+  const int first = (y >> glow.cellShift) + 2 + firstSplineCell(1 << glow.cellShift, inCell);
+  const auto row = [&](int i) { return glow.rows[first + i]; };
+  const std::uint8_t* dark = glow.isDark + first;
+  return {{row(0), row(1), row(2), row(3)},
+          glow.weights[inCell].weight,
+          (dark[0] & dark[1] & dark[2] & dark[3]) != 0};
 }
 
 HWY_INLINE V mixed(D d, const RowMix& mix, int x) {
@@ -32,88 +52,102 @@ HWY_INLINE V mixed(D d, const RowMix& mix, int x) {
   return hn::Add(glow, glow);
 }
 
-void joinMasks(const GlowingMasks& masks, TileShares& shares) {
+HWY_INLINE bool isNothing(D d, V share) {
+  return hn::AllTrue(d, hn::Eq(share, hn::Zero(d)));
+}
+
+template <bool kFades>
+HWY_INLINE void layBody(D d, V body, V fading, const StrokeColors& colors, std::int16_t* paint) {
+  if constexpr (kFades) body = hn::MulFixedPoint15(body, fading);
+  for (int c = 0; c < 4; ++c) {
+    std::int16_t* place = paint + c * kSide * kSide;
+    const V under = hn::Load(d, place);
+    const V fromBody = hn::MulFixedPoint15(hn::Sub(hn::Set(d, colors.body[c]), under), body);
+    hn::Store(hn::SaturatedAdd(under, fromBody), d, place);
+  }
+}
+
+template <bool kFades>
+HWY_INLINE void layBodyAndCore(D d, V body, V core, V fading, const StrokeColors& colors,
+                               std::int16_t* paint) {
+  if constexpr (kFades) {
+    body = hn::MulFixedPoint15(body, fading);
+    core = hn::MulFixedPoint15(core, fading);
+  }
+  for (int c = 0; c < 4; ++c) {
+    std::int16_t* place = paint + c * kSide * kSide;
+    const V under = hn::Load(d, place);
+    const V fromBody = hn::MulFixedPoint15(hn::Sub(hn::Set(d, colors.body[c]), under), body);
+    const V fromCore = hn::MulFixedPoint15(hn::Sub(hn::Set(d, colors.core[c]), under), core);
+    hn::Store(hn::SaturatedAdd(under, hn::SaturatedAdd(fromBody, fromCore)), d, place);
+  }
+}
+
+template <bool kFades>
+void layGlowingRows(const GlowRows& wideRows, const GlowRows& narrowRows, const SharpMasks& sharp,
+                    const StrokeColors& colors, std::int16_t alpha, PaintTile& tile) {
   const D d;
-  const int lanes = static_cast<int>(hn::Lanes(d));
+  const V fading = hn::Set(d, alpha);
   for (int y = 0; y < kSide; ++y) {
-    TileRowShares& row = shares.rows[y];
-    const bool hasBody = y >= masks.firstRow && y < masks.endRow;
-    for (int x = 0; x < kSide; x += lanes) {
-      const V wide = mixed(d, masks.wide[y], x), narrow = mixed(d, masks.narrow[y], x);
-      if (!hasBody) {
-        hn::Store(together(d, wide, narrow), d, row.body + x);
+    const RowMix wide = mixFor(wideRows, y), narrow = mixFor(narrowRows, y);
+    const bool hasSharp = y >= sharp.firstRow && y < sharp.endRow;
+    const int sharpRow = (y - sharp.firstRow) * kSide;
+    if (wide.isDark && narrow.isDark && !hasSharp) continue;
+    for (int x = 0; x < kSide; x += static_cast<int>(hn::Lanes(d))) {
+      std::int16_t* paint = tile.plane[0] + y * kSide + x;
+      const V wideShare = wide.isDark ? hn::Zero(d) : mixed(d, wide, x);
+      const V narrowShare = narrow.isDark ? hn::Zero(d) : mixed(d, narrow, x);
+      if (!hasSharp) {
+        const V share = together(d, wideShare, narrowShare);
+        if (!isNothing(d, share)) layBody<kFades>(d, share, fading, colors, paint);
         continue;
       }
-      const V body = hn::Load(d, masks.body + y * kSide + x);
-      const V core = hn::Load(d, masks.core + y * kSide + x);
-      V share = together(d, wide, body);
-      share = together(d, share, narrow);
+      const V body = hn::Load(d, sharp.body + sharpRow + x);
+      const V core = hn::Load(d, sharp.core + sharpRow + x);
+      V share = together(d, wideShare, body);
+      share = together(d, share, narrowShare);
       share = together(d, share, body);
-      hn::Store(hn::Sub(share, hn::MulFixedPoint15(share, core)), d, row.body + x);
-      hn::Store(core, d, row.core + x);
+      if (isNothing(d, core)) {
+        if (!isNothing(d, share)) layBody<kFades>(d, share, fading, colors, paint);
+        continue;
+      }
+      share = hn::Sub(share, hn::MulFixedPoint15(share, core));
+      layBodyAndCore<kFades>(d, share, core, fading, colors, paint);
     }
   }
 }
 
+void layGlowingTile(const GlowRows& wide, const GlowRows& narrow, const SharpMasks& sharp,
+                    const StrokeColors& colors, std::int16_t alpha, PaintTile& tile) {
+  alpha < kFull ? layGlowingRows<true>(wide, narrow, sharp, colors, alpha, tile)
+                : layGlowingRows<false>(wide, narrow, sharp, colors, alpha, tile);
+}
+
 template <bool kFades>
-void layBody(const TileRowShares& row, const StrokeColors& colors, V fading, std::int16_t* paint) {
+void layPlainRows(const SharpMasks& sharp, const StrokeColors& colors, std::int16_t alpha,
+                  PaintTile& tile) {
   const D d;
-  for (int x = 0; x < kSide; x += static_cast<int>(hn::Lanes(d))) {
-    V body = hn::Load(d, row.body + x);
-    if constexpr (kFades) body = hn::MulFixedPoint15(body, fading);
-    for (int c = 0; c < 4; ++c) {
-      std::int16_t* place = paint + c * kSide * kSide + x;
-      const V under = hn::Load(d, place);
-      const V fromBody = hn::MulFixedPoint15(hn::Sub(hn::Set(d, colors.body[c]), under), body);
-      hn::Store(hn::SaturatedAdd(under, fromBody), d, place);
-    }
+  const V fading = hn::Set(d, alpha);
+  std::int16_t* paint = tile.plane[0] + sharp.firstRow * kSide;
+  const int count = (sharp.endRow - sharp.firstRow) * kSide;
+  for (int i = 0; i < count; i += static_cast<int>(hn::Lanes(d))) {
+    const V body = hn::Load(d, sharp.body + i);
+    if (!isNothing(d, body)) layBody<kFades>(d, body, fading, colors, paint + i);
   }
 }
 
-template <bool kFades>
-void layBodyAndCore(const TileRowShares& row, const StrokeColors& colors, V fading,
-                    std::int16_t* paint) {
-  const D d;
-  for (int x = 0; x < kSide; x += static_cast<int>(hn::Lanes(d))) {
-    V body = hn::Load(d, row.body + x), core = hn::Load(d, row.core + x);
-    if constexpr (kFades) {
-      body = hn::MulFixedPoint15(body, fading);
-      core = hn::MulFixedPoint15(core, fading);
-    }
-    for (int c = 0; c < 4; ++c) {
-      std::int16_t* place = paint + c * kSide * kSide + x;
-      const V under = hn::Load(d, place);
-      const V fromBody = hn::MulFixedPoint15(hn::Sub(hn::Set(d, colors.body[c]), under), body);
-      const V fromCore = hn::MulFixedPoint15(hn::Sub(hn::Set(d, colors.core[c]), under), core);
-      hn::Store(hn::SaturatedAdd(under, hn::SaturatedAdd(fromBody, fromCore)), d, place);
-    }
-  }
-}
-
-template <bool kFades>
-void layTile(const TileShares& shares, const StrokeColors& colors, std::int16_t alpha,
-             PaintTile& tile) {
-  const V fading = hn::Set(D(), alpha);
-  for (int y = 0; y < kSide; ++y) {
-    std::int16_t* paint = tile.plane[0] + y * kSide;
-    if (y >= shares.firstCoreRow && y < shares.endCoreRow) {
-      layBodyAndCore<kFades>(shares.rows[y], colors, fading, paint);
-    } else {
-      layBody<kFades>(shares.rows[y], colors, fading, paint);
-    }
-  }
-}
-
-void layFully(const TileShares& shares, const StrokeColors& colors, PaintTile& tile) {
-  layTile<false>(shares, colors, kFull, tile);
-}
-
-void layFading(const TileShares& shares, const StrokeColors& colors, std::int16_t alpha,
-               PaintTile& tile) {
-  layTile<true>(shares, colors, alpha, tile);
+void layPlainTile(const SharpMasks& sharp, const StrokeColors& colors, std::int16_t alpha,
+                  PaintTile& tile) {
+  alpha < kFull ? layPlainRows<true>(sharp, colors, alpha, tile)
+                : layPlainRows<false>(sharp, colors, alpha, tile);
 }
 
 void layTileRow(const PaintTile& tile, int y, std::uint8_t* pixels) {
+  // A tile comes from memory, in four parts too short for the processor to foresee.
+  for (const auto& plane : tile.plane) {
+    hwy::Prefetch(plane + (y + kRowsAhead) % kSide * kSide);
+    hwy::Prefetch(plane + (y + kRowsAhead) % kSide * kSide + kSide / 2);
+  }
   const D d;
   const hn::Rebind<std::uint8_t, D> d8;
   const V alpha255 = hn::Set(d, 255);
@@ -144,25 +178,26 @@ HWY_AFTER_NAMESPACE();
 
 namespace render {
 
-HWY_EXPORT(joinMasks);
-HWY_EXPORT(layFully);
-HWY_EXPORT(layFading);
+HWY_EXPORT(layGlowingTile);
+HWY_EXPORT(layPlainTile);
 HWY_EXPORT(layTileRow);
 
-void joinGlowing(const GlowingMasks& masks, TileShares& shares) {
-  HWY_DYNAMIC_DISPATCH(joinMasks)(masks, shares);
-  shares.firstCoreRow = masks.firstRow;
-  shares.endCoreRow = masks.endRow;
+namespace {
+
+/// Of 32768, kFull at most: not faded.
+std::int16_t fixedAlpha(double alpha) {
+  return static_cast<std::int16_t>(std::clamp(alpha * 32768, 0.0, static_cast<double>(kFull)));
 }
 
-void layShares(const TileShares& shares, const StrokeColors& colors, double alpha,
-               PaintTile& tile) {
-  if (alpha >= 1) {
-    HWY_DYNAMIC_DISPATCH(layFully)(shares, colors, tile);
-    return;
-  }
-  const double share = std::clamp(alpha * 32768, 0.0, static_cast<double>(kFull));
-  HWY_DYNAMIC_DISPATCH(layFading)(shares, colors, static_cast<std::int16_t>(share), tile);
+}  // namespace
+
+void layGlowing(const GlowRows& wide, const GlowRows& narrow, const SharpMasks& sharp,
+                const StrokeColors& colors, double alpha, PaintTile& tile) {
+  HWY_DYNAMIC_DISPATCH(layGlowingTile)(wide, narrow, sharp, colors, fixedAlpha(alpha), tile);
+}
+
+void layPlain(const SharpMasks& sharp, const StrokeColors& colors, double alpha, PaintTile& tile) {
+  HWY_DYNAMIC_DISPATCH(layPlainTile)(sharp, colors, fixedAlpha(alpha), tile);
 }
 
 void layTileOverPixels(const PaintTile& tile, int tileX, int tileY,

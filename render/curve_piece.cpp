@@ -15,8 +15,10 @@ constexpr double kWidestPx = 65536;
 constexpr double kLongestPx = 96;
 // A curve this close to its chord is its chord: half a grey level of an edge.
 constexpr double kFlatPx = 0.004;
-constexpr double kSineOfLargestTurn = 0.5;
-constexpr double kMostUneven = 2;
+// A curve that turns more is not the parabola that it is painted as, nor has it one direction.
+constexpr double kSineOfLargestTurn = 0.16;
+constexpr double kParabolaPx = 0.01;
+constexpr double kParabolaShare = 4e-5;  // Of half the width, for very wide strokes.
 constexpr int kDeepestSplit = 40;
 // Depths are looked at this far outside the border.
 constexpr double kSeenPx = 2;
@@ -34,21 +36,33 @@ Corner middle(Corner a, Corner b) {
 
 enum class Shape { straight, bent, toBeSplit };
 
+double lengthOf(double x, double y) {
+  return std::sqrt(x * x + y * y);
+}
+
+/// How far off distances are, near the border, when the curve is taken for a parabola over its
+/// chord and looked at across from the chord instead of from its nearest point.
+double parabolaError(double turn, double rise, double skew, double chord, double half) {
+  return turn * turn * turn * half * half / (8 * chord) + 0.4 * rise * skew / chord;
+}
+
 Shape shapeOf(const CurvePiece& p) {
   const double ax = p.x1 - p.x0, ay = p.y1 - p.y0;
   const double bx = p.x2 - p.x1, by = p.y2 - p.y1;
   const double cx = p.x2 - p.x0, cy = p.y2 - p.y0;
-  const double chord = std::hypot(cx, cy);
+  const double a = lengthOf(ax, ay), b = lengthOf(bx, by), chord = lengthOf(cx, cy);
   const double longest = std::max(kLongestPx, p.bodyHalf * 0.25);
-  if (chord > longest || std::hypot(ax, ay) > longest) return Shape::toBeSplit;
-  const bool advances = ax * cx + ay * cy >= 0 && bx * cx + by * cy >= 0;
-  if (advances && std::abs(cx * ay - cy * ax) <= 2 * kFlatPx * chord) return Shape::straight;
-  const double a = std::hypot(ax, ay), b = std::hypot(bx, by);
+  if (chord > longest || a > longest) return Shape::toBeSplit;
+  const double along = ax * cx + ay * cy, across = std::abs(cx * ay - cy * ax);
+  const bool advances = along >= 0 && bx * cx + by * cy >= 0;
+  if (advances && across <= 2 * kFlatPx * chord) return Shape::straight;
   if (a + b <= kFlatPx) return Shape::straight;
-  const bool turnsLittle =
-      ax * bx + ay * by > 0 && std::abs(ax * by - ay * bx) <= kSineOfLargestTurn * a * b;
-  const bool isEven = a <= kMostUneven * b && b <= kMostUneven * a;
-  return turnsLittle && isEven ? Shape::bent : Shape::toBeSplit;
+  const double turn = std::abs(ax * by - ay * bx) / (a * b);
+  if (!(ax * bx + ay * by > 0) || turn > kSineOfLargestTurn) return Shape::toBeSplit;
+  const double error =
+      parabolaError(turn, across / chord, std::abs(along / chord - chord / 2), chord, p.bodyHalf);
+  return error <= std::max(kParabolaPx, p.bodyHalf * kParabolaShare) ? Shape::bent
+                                                                     : Shape::toBeSplit;
 }
 
 class Splitter {
@@ -98,10 +112,10 @@ bool isFinite(const CurvePiece& p) {
 /// The direction of the curve at its start or end; no length where it has none.
 Corner direction(double fromX, double fromY, double toX, double toY, const CurvePiece& p) {
   Corner d{toX - fromX, toY - fromY};
-  double length = std::hypot(d.x, d.y);
+  double length = lengthOf(d.x, d.y);
   if (length < 1e-6) {
     d = {p.x2 - p.x0, p.y2 - p.y0};
-    length = std::hypot(d.x, d.y);
+    length = lengthOf(d.x, d.y);
   }
   return length < 1e-6 ? Corner{} : Corner{d.x / length, d.y / length};
 }
@@ -110,8 +124,8 @@ Corner direction(double fromX, double fromY, double toX, double toY, const Curve
 bool isGentle(const CurvePiece& p) {
   if (p.isStraight) return true;
   const double ax = p.x1 - p.x0, ay = p.y1 - p.y0, bx = p.x2 - p.x1, by = p.y2 - p.y1;
-  const double shorter = std::min(std::hypot(ax, ay), std::hypot(bx, by));
-  const double turn = std::abs(ax * by - ay * bx) / (std::hypot(ax, ay) * std::hypot(bx, by));
+  const double shorter = std::min(lengthOf(ax, ay), lengthOf(bx, by));
+  const double turn = std::abs(ax * by - ay * bx) / (lengthOf(ax, ay) * lengthOf(bx, by));
   return turn * (p.bodyHalf + kSeenPx) < shorter;
 }
 
@@ -134,6 +148,12 @@ void trimJoint(CurvePiece& before, CurvePiece& after) {
   after.startExtra = showingEnd(after, before);
 }
 
+/// As std::floor, without a call into the library.
+int wholeBelow(double value) {
+  const int whole = static_cast<int>(value);
+  return whole - (value < whole ? 1 : 0);
+}
+
 double near(double coordinate) {
   return std::clamp(coordinate, -kFarthestPx, kFarthestPx);
 }
@@ -142,10 +162,8 @@ double near(double coordinate) {
 
 PixelRect CurvePiece::box(double margin) const {
   const double m = bodyHalf + margin;
-  return {static_cast<int>(std::floor(std::min({x0, x1, x2}) - m)),
-          static_cast<int>(std::floor(std::min({y0, y1, y2}) - m)),
-          static_cast<int>(std::ceil(std::max({x0, x1, x2}) + m)),
-          static_cast<int>(std::ceil(std::max({y0, y1, y2}) + m))};
+  return {wholeBelow(std::min({x0, x1, x2}) - m), wholeBelow(std::min({y0, y1, y2}) - m),
+          wholeBelow(std::max({x0, x1, x2}) + m) + 1, wholeBelow(std::max({y0, y1, y2}) + m) + 1};
 }
 
 void appendCurvePieces(const strokes::StrokePoints& points, const CanvasMapping& mapping,

@@ -30,6 +30,14 @@ void weighRows(const std::int16_t* const* before, const std::int16_t* const* aft
   }
 }
 
+/// Four neighbouring cells to one; `width`: of the result.
+void halveRow(const std::int16_t* above, const std::int16_t* below, int width,
+              std::int16_t* result) {
+  for (int x = 0; x < width; ++x)
+    result[x] = static_cast<std::int16_t>(
+        (above[2 * x] + above[2 * x + 1] + below[2 * x] + below[2 * x + 1] + 2) >> 2);
+}
+
 }  // namespace render::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
@@ -38,6 +46,7 @@ HWY_AFTER_NAMESPACE();
 namespace render {
 
 HWY_EXPORT(weighRows);
+HWY_EXPORT(halveRow);
 
 namespace {
 
@@ -126,6 +135,12 @@ void blur(GlowMask& mask, const GaussianKernel& kernel, GlowMask& scratch) {
     (before.data(), after.data(), weights.data(), radius, width, out.data());
     std::copy_n(out.begin(), width, mask.row(y));
   }
+}
+
+void halve(const GlowMask& mask, GlowMask& half) {
+  const auto halveOne = HWY_DYNAMIC_DISPATCH(halveRow);
+  for (int y = 0; y < half.height(); ++y)
+    halveOne(mask.row(2 * y), mask.row(2 * y + 1), half.width(), half.row(y));
 }
 
 }  // namespace render

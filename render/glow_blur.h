@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -32,6 +33,9 @@ class GlowMask {
 
   int width() const { return width_; }
   int height() const { return height_; }
+  /// Readable cells to the left and right of each row.
+  int margin() const { return margin_; }
+  std::size_t bytesHeld() const { return cells_.capacity() * sizeof(std::int16_t); }
   /// Cells from one row to the next.
   int stride() const { return stride_; }
   std::int16_t* row(int y) { return cells_.data() + offset(y); }
@@ -56,5 +60,8 @@ int blurMargin(const GaussianKernel& kernel);
 /// Blurs `mask` in place, in both directions; `scratch` is any mask, its contents are lost. What
 /// lies outside the mask counts as zero.
 void blur(GlowMask& mask, const GaussianKernel& kernel, GlowMask& scratch);
+
+/// Each cell of `half` becomes the mean of two by two cells of `mask`.
+void halve(const GlowMask& mask, GlowMask& half);
 
 }  // namespace render

@@ -1,11 +1,13 @@
 #include "render/glow_layer.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <optional>
 
 #include "hwy/cache_control.h"
-#include "render/glow_painting.h"
 #include "render/spline.h"
+#include "render/strip_painting.h"
 
 namespace render {
 
@@ -29,6 +31,23 @@ double sigmaInCells(double sigma, int cell) {
   return std::max(std::sqrt(std::max(sigma * sigma - filters, 0.0) / c2), 0.05);
 }
 
+/// The kernel for `sigma` cells. Strokes in a row want the same two.
+const GaussianKernel& kernelFor(double sigma) {
+  struct Kept {
+    double sigma = 0;
+    std::optional<GaussianKernel> kernel;
+  };
+  thread_local Kept kept[2];
+  thread_local int oldest = 0;
+  for (const Kept& known : kept) {
+    if (known.kernel && known.sigma == sigma) return *known.kernel;
+  }
+  Kept& place = kept[oldest];
+  oldest = 1 - oldest;
+  place = {sigma, GaussianKernel(sigma)};
+  return *place.kernel;
+}
+
 int floorDiv(int a, int b) {
   return a >= 0 ? a / b : -((-a + b - 1) / b);
 }
@@ -37,12 +56,13 @@ int floorDiv(int a, int b) {
 
 double GlowLayer::reach(double sigma) {
   const int cell = cellFor(sigma);
-  return (GaussianKernel(sigmaInCells(sigma, cell)).radius() + 3) * cell;
+  return (kernelFor(sigmaInCells(sigma, cell)).radius() + 3) * cell;
 }
 
-void GlowLayer::build(std::span<const CurvePiece> pieces, double sigma, const PixelRect& area) {
+void GlowLayer::build(std::span<const CurvePiece> pieces, std::span<const Strip> strips,
+                      double sigma, const PixelRect& area) {
   cellPx_ = cellFor(sigma);
-  const GaussianKernel kernel(sigmaInCells(sigma, cellPx_));
+  const GaussianKernel& kernel = kernelFor(sigmaInCells(sigma, cellPx_));
   const int reachPx = (kernel.radius() + 3) * cellPx_;
   PixelRect box;
   for (const CurvePiece& piece : pieces) box = box.united(piece.box(reachPx));
@@ -55,8 +75,12 @@ void GlowLayer::build(std::span<const CurvePiece> pieces, double sigma, const Pi
   const int bottom = floorDiv(box.bottom - 1, cellPx_) + 1;
   thread_local GlowMask scratch;
   scratch.reset(2 * (right - left_), 2 * (bottom - top_), blurMargin(kernel));
-  for (const CurvePiece& piece : pieces)
-    paintPiece(piece, 2 * left_, 2 * top_, cellPx_ / 2.0, scratch);
+  const CellMask target{scratch.row(0),  scratch.stride(), 2 * left_, 2 * top_,
+                        scratch.width(), scratch.height(), kGlowFull};
+  for (const Strip& strip : strips) {
+    const Strip local = inCells(strip, static_cast<float>(cellPx_) / 2);
+    paintPiece(local, local.bodyHalf, target);
+  }
   mask_.reset(right - left_, bottom - top_, blurMargin(kernel));
   halve(scratch, mask_);
   blur(mask_, kernel, scratch);
@@ -70,46 +94,48 @@ void GlowLayer::prefetch(int tileX, int tileY) const {
   for (int y = first; y < end; ++y) hwy::Prefetch(mask_.row(y) + x);
 }
 
-void GlowTile::expandRow(const GlowLayer& layer, int cellY, int firstCellX,
+/// Expands a row of cells to pixels; false, and zeroes, where all are dark.
+bool GlowTile::expandRow(const GlowLayer& layer, int cellY, int firstCellX,
                          std::int16_t* values) const {
   const GlowMask& mask = layer.mask_;
   const int y = cellY - layer.top_;
-  if (y < 0 || y >= mask.height()) {
-    std::fill_n(values, kTile, std::int16_t{0});
-    return;
-  }
-  const int margin = cellPx_ == 1 ? 0 : 2;
-  const int count = kTile / cellPx_ + 2 * margin;
-  // The cells of the mask among those wanted; the others are zero.
+  const int margin = layer.cellPx_ == 1 ? 0 : 2;
+  const int count = kTile / layer.cellPx_ + 2 * margin;
   const int first = firstCellX - margin - layer.left_;
+  // The cells of the mask among those wanted; the others are zero.
   const int from = std::clamp(-first, 0, count);
   const int to = std::clamp(mask.width() - first, from, count);
-  std::int16_t cells[kTile + 4] = {};
-  if (from < to) std::copy_n(mask.row(y) + first + from, to - from, cells + from);
-  if (cellPx_ == 1) {
+  std::int16_t any = 0;
+  if (y >= 0 && y < mask.height()) {
+    const std::int16_t* row = mask.row(y) + first;
+    for (int i = from; i < to; ++i) any = static_cast<std::int16_t>(any | row[i]);
+  }
+  if (any == 0) {
+    std::fill_n(values, kTile, std::int16_t{0});
+    return false;
+  }
+  const std::int16_t* cells = mask.row(y) + first;
+  std::int16_t copy[kTile + 4] = {};
+  if (-first > mask.margin() || first + count > mask.width() + mask.margin()) {
+    std::copy(cells + from, cells + to, copy + from);
+    cells = copy;
+  }
+  if (layer.cellPx_ == 1) {
     std::copy_n(cells, kTile, values);
   } else {
-    expandCells(cells, cellPx_, values);
+    expandCells(cells, layer.cellPx_, values);
   }
+  return true;
 }
 
-void GlowTile::open(const GlowLayer& layer, int tileX, int tileY) {
-  cellPx_ = layer.cellPx_;
-  const int cells = kTile / cellPx_;
+GlowRows GlowTile::open(const GlowLayer& layer, int tileX, int tileY) {
+  // Without splines between them, rows of cells are rows of pixels.
+  static constexpr SplineWeights kItself{{0, 32767, 0, 0}};
+  const int cells = kTile / layer.cellPx_;
   for (int i = 0; i < cells + 4; ++i)
-    expandRow(layer, tileY * cells - 2 + i, tileX * cells, rows_[i]);
-}
-
-RowMix GlowTile::row(int y) const {
-  static constexpr std::int16_t kWhole[4] = {32767, 0, 0, 0};
-  if (cellPx_ == 1) {
-    const std::int16_t* only = rows_[y + 2];
-    return {{only, only, only, only}, kWhole};
-  }
-  const int inCell = y % cellPx_;
-  const int first = y / cellPx_ + 2 + firstSplineCell(cellPx_, inCell);
-  return {{rows_[first], rows_[first + 1], rows_[first + 2], rows_[first + 3]},
-          splineWeights(cellPx_, inCell).weight};
+    isDark_[i] = expandRow(layer, tileY * cells - 2 + i, tileX * cells, rows_[i]) ? 0 : 1;
+  return {rows_, isDark_, layer.cellPx_ == 1 ? &kItself : &splineWeights(layer.cellPx_, 0),
+          std::countr_zero(static_cast<unsigned>(layer.cellPx_))};
 }
 
 }  // namespace render

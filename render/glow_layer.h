@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
@@ -7,6 +8,8 @@
 #include "render/glow_blur.h"
 #include "render/paint_tile.h"
 #include "render/pixel_rect.h"
+#include "render/spline.h"
+#include "render/strip.h"
 
 namespace render {
 
@@ -18,11 +21,15 @@ class GlowLayer {
   /// How far the glow of `sigma` pixels reaches beyond the stroke's edge, in pixels.
   static double reach(double sigma);
 
-  /// Blurs the stroke made of `pieces`; right for every pixel of `area`. `sigma` in pixels, > 0.
-  void build(std::span<const CurvePiece> pieces, double sigma, const PixelRect& area);
+  /// Blurs the stroke made of `pieces`, the same as `strips`; right for every pixel of `area`.
+  /// `sigma` in pixels, > 0.
+  void build(std::span<const CurvePiece> pieces, std::span<const Strip> strips, double sigma,
+             const PixelRect& area);
 
   /// Brings a tile's cells near the processor, ahead of opening it.
   void prefetch(int tileX, int tileY) const;
+
+  std::size_t bytesHeld() const { return mask_.bytesHeld(); }
 
  private:
   friend class GlowTile;
@@ -33,21 +40,25 @@ class GlowLayer {
   GlowMask mask_;
 };
 
-/// The glow of one tile at full resolution.
+/// The glow of a tile: rows of cells at full width. A row of pixels lies between four of them.
+struct GlowRows {
+  const std::int16_t (*rows)[PaintTile::kSide];  ///< From two cells above the tile.
+  const std::uint8_t* isDark;                    ///< For each row, 1 where it is all zero.
+  const SplineWeights* weights;                  ///< For each row of pixels in a cell.
+  int cellShift;                                 ///< A cell is 1 << cellShift pixels high.
+};
+
+/// Room for the glow of one tile.
 class GlowTile {
  public:
-  /// Fetches a tile; without glow all of it is zero.
-  void open(const GlowLayer& layer, int tileX, int tileY);
-
-  /// The opened tile's row `y`; valid until the next one is opened.
-  RowMix row(int y) const;
+  /// The glow in a tile; valid until the next one is opened.
+  GlowRows open(const GlowLayer& layer, int tileX, int tileY);
 
  private:
-  void expandRow(const GlowLayer& layer, int cellY, int firstCellX, std::int16_t* values) const;
+  bool expandRow(const GlowLayer& layer, int cellY, int firstCellX, std::int16_t* values) const;
 
-  int cellPx_ = 1;
-  // The tile's rows of cells at full width, two more above and below.
   alignas(64) std::int16_t rows_[PaintTile::kSide + 4][PaintTile::kSide];
+  std::uint8_t isDark_[PaintTile::kSide + 4];
 };
 
 }  // namespace render

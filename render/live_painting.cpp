@@ -15,8 +15,15 @@ namespace {
 // For pictures of tiles to go back to when strokes are undone.
 constexpr std::size_t kCheckpointBytes = 140u << 20;
 constexpr std::size_t kFewestCheckpoints = 2, kMostCheckpoints = 12;
-// For the shares of fading strokes, laid anew every frame.
-constexpr std::size_t kKeptShareBytes = 128u << 20;
+// For the shapes of fading strokes, laid anew every frame.
+constexpr std::size_t kKeptShapeBytes = 128u << 20;
+// With their masks: less, so that masks push no shape out.
+constexpr std::size_t kKeptMaskBytes = 100u << 20;
+// Strokes whose shapes are at hand together while a painting is built up.
+constexpr std::size_t kLaidTogether = 64;
+// Shapes are made this long before they are laid in every frame, a few in each.
+constexpr double kAheadSeconds = 1;
+constexpr int kShapedAhead = 8;
 
 double alphaOf(const RenderScene& scene, const strokes::Stroke& stroke) {
   const double alpha = fadeAlpha(scene, stroke);
@@ -46,7 +53,7 @@ const std::vector<int>& LivePainting::update(const RenderScene& scene, const Can
     entries_.clear();
     tiles_.clear();
     stale_.clear();
-    keptBytes_ = 0;
+    shapeBytes_ = 0;
     const auto count = static_cast<std::size_t>(tilesRect_.width()) *
                        static_cast<std::size_t>(tilesRect_.height());
     tiles_.resize(count);
@@ -69,6 +76,7 @@ const std::vector<int>& LivePainting::update(const RenderScene& scene, const Can
     fadeAll(scene);
     paintStale(scene);
   }
+  if (!isBuilding_) shapeAhead(scene);
   return changed_;
 }
 
@@ -80,12 +88,13 @@ bool LivePainting::follows(const RenderScene& scene, const CanvasMapping& mappin
 void LivePainting::takeAwayMissing(const RenderScene& scene) {
   // Entries that are in the scene keep their order, so one pass over both finds the others.
   std::size_t place = 0;
-  const auto isMissing = [&](const Entry& entry) {
+  const auto isMissing = [&](Entry& entry) {
     if (place < scene.strokes.size() && entry.isFor(scene.strokes[place])) {
       ++place;
       return false;
     }
     takeAway(entry);
+    dropShape(entry);
     return true;
   };
   entries_.erase(std::remove_if(entries_.begin(), entries_.end(), isMissing), entries_.end());
@@ -94,9 +103,6 @@ void LivePainting::takeAwayMissing(const RenderScene& scene) {
 void LivePainting::takeAway(const Entry& entry) {
   for (const int index : entry.tiles) {
     LiveTile& tile = tiles_[static_cast<std::size_t>(index)];
-    if (const auto shares = tile.keptShares().find(entry.serial);
-        shares != tile.keptShares().end() && shares->second)
-      keptBytes_ -= sizeof(TileShares);
     tile.remove(entry.serial);
     markChanged(index);
   }
@@ -121,7 +127,6 @@ void LivePainting::join(Entry& entry, const strokes::StrokePoints& points) {
       LiveTile& tile = tiles_[static_cast<std::size_t>(index)];
       if (tile.holds(entry.serial)) {
         tile.change(entry.serial);
-        if (tile.keptShares().erase(entry.serial) > 0) keptBytes_ -= sizeof(TileShares);
       } else {
         tile.add(entry.serial, !isFading(tile), mostCheckpoints_);
         entry.tiles.push_back(index);
@@ -134,6 +139,7 @@ void LivePainting::join(Entry& entry, const strokes::StrokePoints& points) {
 void LivePainting::grow(Entry& entry, const strokes::Stroke& stroke) {
   const std::size_t before = entry.pointCount, now = stroke.points.size();
   if (now == before) return;
+  dropShape(entry);
   // The last segment ran straight to the last point and bends there now.
   const std::size_t first = before >= 2 ? before - 2 : 0;
   const auto pointsFrom = [&](std::size_t from, std::size_t to) {
@@ -176,10 +182,15 @@ void LivePainting::fadeAll(const RenderScene& scene) {
   }
 }
 
-const LivePainting::Entry& LivePainting::entryOf(std::uint64_t serial) const {
-  return *std::lower_bound(
+std::size_t LivePainting::indexOf(std::uint64_t serial) const {
+  const auto place = std::lower_bound(
       entries_.begin(), entries_.end(), serial,
       [](const Entry& entry, std::uint64_t wanted) { return entry.serial < wanted; });
+  return static_cast<std::size_t>(place - entries_.begin());
+}
+
+const LivePainting::Entry& LivePainting::entryOf(std::uint64_t serial) const {
+  return entries_[indexOf(serial)];
 }
 
 bool LivePainting::isFading(const LiveTile& tile) const {
@@ -210,63 +221,110 @@ void LivePainting::paintStale(const RenderScene& scene) {
   std::uint64_t first = nextSerial_;
   for (const int tile : stale_)
     first = std::min(first, tiles_[static_cast<std::size_t>(tile)].nextStroke());
+  // Fading is never late: half a fade shown for one stroke and not for another would look wrong.
+  const bool mayBeLate = isBuilding_ || !anyFades_;
   int work = 0;
-  for (std::size_t i = 0; i < entries_.size(); ++i) {
-    if (entries_[i].serial < first) continue;
-    work += layEverywhere(i, scene.strokes[i]);
-    // Fading is never late: half a fade shown for one stroke and not for another would look wrong.
-    if (work >= workPerUpdate_ && (isBuilding_ || !anyFades_)) break;
+  std::size_t i = 0;
+  while (i < entries_.size() && entries_[i].serial < first) ++i;
+  while (i < entries_.size() && !(mayBeLate && work >= workPerUpdate_)) {
+    // Tile by tile, as a tile and the processor are close then.
+    const std::size_t start = i;
+    const auto isRoomFor = [&](std::size_t stroke) {
+      if (mayBeLate) return stroke < start + kLaidTogether && work < workPerUpdate_;
+      return stroke < start + kLaidTogether || shapeBytes_ < kKeptShapeBytes;
+    };
+    for (; i < entries_.size() && isRoomFor(i); ++i)
+      work += shapeForStale(entries_[i], scene.strokes[i]);
+    layBefore(i < entries_.size() ? entries_[i].serial : nextSerial_);
+    for (std::size_t laid = start; laid < i; ++laid) {
+      const bool isWanted = scene.fadeEnabled && entries_[laid].shapeTiles == tilesRect_;
+      if (isBuilding_ || !isWanted || shapeBytes_ > kKeptShapeBytes) dropShape(entries_[laid]);
+    }
   }
   stale_.erase(std::remove_if(stale_.begin(), stale_.end(), isFresh), stale_.end());
 }
 
-int LivePainting::layEverywhere(std::size_t index, const strokes::Stroke& stroke) {
-  const Entry& entry = entries_[index];
-  std::vector<int> wanted;
-  PixelRect missing;  // In tiles: where the stroke's shares are not at hand.
+/// Makes the stroke's shape where stale tiles want it. How many do.
+int LivePainting::shapeForStale(Entry& entry, const strokes::Stroke& stroke) {
+  int wanted = 0;
+  PixelRect missing;
   for (const int number : entry.tiles) {
-    LiveTile& tile = tiles_[static_cast<std::size_t>(number)];
-    if (!tile.isStale() || tile.nextStroke() != entry.serial) continue;
-    wanted.push_back(number);
+    const LiveTile& tile = tiles_[static_cast<std::size_t>(number)];
+    if (!tile.isStale() || tile.nextStroke() > entry.serial) continue;
+    ++wanted;
     const int x = number % tilesRect_.width(), y = number / tilesRect_.width();
-    if (entry.alpha > 0 && !tile.keptShares().contains(entry.serial))
-      missing = missing.united({x, y, x + 1, y + 1});
+    missing = missing.united({x, y, x + 1, y + 1});
   }
-  StrokeShape shape;
-  if (!missing.isEmpty())
-    shape.build(stroke.points, mapping_, glow_, pixelsOfTiles(missing).intersected(area_));
-  const StrokeColors colors = strokeColors(entry.colorIndex);
-  for (const int number : wanted) {
-    LiveTile& tile = tiles_[static_cast<std::size_t>(number)];
+  if (wanted == 0 || !(entry.alpha > 0)) return wanted;
+  const bool isThere = entry.shape && missing.intersected(entry.shapeTiles) == missing;
+  if (!isThere) buildShape(entry, stroke, anyFades_ && !isBuilding_ ? tilesRect_ : missing);
+  return wanted;
+}
+
+void LivePainting::shapeAhead(const RenderScene& scene) {
+  if (!scene.fadeEnabled) {
+    for (Entry& entry : entries_) dropShape(entry);
+    return;
+  }
+  int shaped = 0;
+  // The newest stroke may still grow.
+  for (std::size_t i = 0; i + 1 < entries_.size() && shaped < kShapedAhead; ++i) {
+    if (shapeBytes_ > kKeptShapeBytes) return;
+    const strokes::Stroke& stroke = scene.strokes[i];
+    const bool fadesSoon = scene.now - stroke.lastTime > scene.fadeSeconds - kAheadSeconds;
+    if (!fadesSoon || entries_[i].shape || !(entries_[i].alpha > 0)) continue;
+    buildShape(entries_[i], stroke, tilesRect_);
+    ++shaped;
+  }
+}
+
+void LivePainting::buildShape(Entry& entry, const strokes::Stroke& stroke, const PixelRect& tiles) {
+  dropShape(entry);
+  entry.shape = std::make_unique<StrokeShape>();
+  entry.shape->build(stroke.points, mapping_, glow_, pixelsOfTiles(tiles).intersected(area_));
+  entry.shapeTiles = tiles;
+  shapeBytes_ += entry.shape->bytesHeld();
+}
+
+void LivePainting::dropShape(Entry& entry) {
+  if (!entry.shape) return;
+  shapeBytes_ -= entry.shape->bytesHeld();
+  for (const auto& [tile, masks] : entry.masks) shapeBytes_ -= masks.bytesHeld();
+  entry.shape.reset();
+  entry.masks.clear();
+}
+
+void LivePainting::layBefore(std::uint64_t endSerial) {
+  for (const int number : stale_) {
+    const LiveTile& tile = tiles_[static_cast<std::size_t>(number)];
+    while (tile.isStale() && tile.nextStroke() < endSerial) layNext(number);
+  }
+}
+
+/// Room for the masks that the next frames want again; null where there is none.
+KeptMasks* LivePainting::keptMasks(Entry& entry, int tile) {
+  if (!anyFades_ || isBuilding_ || entry.shapeTiles != tilesRect_) return nullptr;
+  if (const auto found = entry.masks.find(tile); found != entry.masks.end()) return &found->second;
+  return shapeBytes_ < kKeptMaskBytes ? &entry.masks[tile] : nullptr;
+}
+
+void LivePainting::layNext(int number) {
+  LiveTile& tile = tiles_[static_cast<std::size_t>(number)];
+  Entry& entry = entries_[indexOf(tile.nextStroke())];
+  PaintTile& paint = tile.workPaint();
+  if (entry.alpha > 0) {
     const int x = number % tilesRect_.width(), y = number / tilesRect_.width();
-    PaintTile& paint = tile.workPaint();
-    auto& kept = tile.keptShares();
-    if (const auto found = kept.find(entry.serial); found != kept.end()) {
-      layShares(*found->second, colors, entry.alpha, paint);
-    } else if (entry.alpha > 0) {
-      if (isFading(tile) && keptBytes_ < kKeptShareBytes) {
-        auto shares = std::make_unique<TileShares>();
-        if (!brush_.shares(shape, x, y, *shares)) *shares = {};
-        layShares(*shares, colors, entry.alpha, paint);
-        kept.emplace(entry.serial, std::move(shares));
-        keptBytes_ += sizeof(TileShares);
-      } else {
-        brush_.lay(shape, colors, entry.alpha, x, y, paint);
-      }
-    }
-    if (tile.finishStroke(isUnsettledAfter(tile, entry.serial), mostCheckpoints_)) {
-      changed_.push_back(number);
-      if (!kept.empty() && !isFading(tile)) {
-        keptBytes_ -= kept.size() * sizeof(TileShares);
-        kept.clear();
-      }
-    }
+    KeptMasks* kept = keptMasks(entry, number);
+    const std::size_t before = kept ? kept->bytesHeld() : 0;
+    brush_.lay(*entry.shape, strokeColors(entry.colorIndex), entry.alpha, x, y, paint, kept);
+    if (kept) shapeBytes_ += kept->bytesHeld() - before;
   }
-  return static_cast<int>(wanted.size());
+  if (tile.finishStroke(isUnsettledAfter(tile, entry.serial), mostCheckpoints_))
+    changed_.push_back(number);
 }
 
 std::size_t LivePainting::bytesHeld() const {
-  std::size_t bytes = keptBytes_;
+  std::size_t bytes = shapeBytes_;
   for (const LiveTile& tile : tiles_) bytes += tile.bytesHeld();
   for (const Entry& entry : entries_) bytes += sizeof entry + entry.tiles.capacity() * sizeof(int);
   return bytes;

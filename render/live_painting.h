@@ -3,12 +3,14 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 #include "render/canvas_mapping.h"
 #include "render/live_tile.h"
 #include "render/pixel_rect.h"
 #include "render/render_scene.h"
+#include "render/stroke_shape.h"
 #include "render/tile_brush.h"
 
 namespace render {
@@ -56,6 +58,11 @@ class LivePainting {
     std::size_t pointCount = 0;
     strokes::StrokePoint lastPoint;
     std::vector<int> tiles;
+    // While it is laid, and longer while strokes fade and every frame lays it again.
+    std::unique_ptr<StrokeShape> shape;
+    PixelRect shapeTiles;  // The tiles that `shape` is right for.
+    // By tile, for the whole of a stroke that every frame lays again.
+    std::unordered_map<int, KeptMasks> masks;
 
     /// Whether the stroke is this one, perhaps longer by now.
     bool isFor(const strokes::Stroke& stroke) const;
@@ -70,10 +77,17 @@ class LivePainting {
   void join(Entry& entry, const strokes::StrokePoints& points);
   void markChanged(int tile);
   void paintStale(const RenderScene& scene);
-  int layEverywhere(std::size_t index, const strokes::Stroke& stroke);
+  int shapeForStale(Entry& entry, const strokes::Stroke& stroke);
+  void shapeAhead(const RenderScene& scene);
+  void buildShape(Entry& entry, const strokes::Stroke& stroke, const PixelRect& tiles);
+  void dropShape(Entry& entry);
+  void layBefore(std::uint64_t endSerial);
+  void layNext(int number);
+  KeptMasks* keptMasks(Entry& entry, int tile);
   bool isUnsettledAfter(const LiveTile& tile, std::uint64_t serial) const;
   bool isFading(const LiveTile& tile) const;
   const Entry& entryOf(std::uint64_t serial) const;
+  std::size_t indexOf(std::uint64_t serial) const;
 
   int workPerUpdate_;
   CanvasMapping mapping_;
@@ -88,7 +102,7 @@ class LivePainting {
   std::vector<int> stale_;    // Tiles with isStale().
   std::vector<int> changed_;  // By the running update.
   std::size_t mostCheckpoints_ = 2;
-  std::size_t keptBytes_ = 0;  // Of all tiles' keptShares().
+  std::size_t shapeBytes_ = 0;  // Of all entries' shapes and masks.
   TileBrush brush_;
 };
 

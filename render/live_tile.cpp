@@ -36,7 +36,6 @@ void LiveTile::remove(std::uint64_t stroke) {
   if (place == strokes_.end() || *place != stroke) return;
   const auto index = static_cast<std::size_t>(place - strokes_.begin());
   strokes_.erase(place);
-  keptShares_.erase(stroke);
   restartFrom(index);
   isStale_ = true;
   if (done_ < strokes_.size()) return;

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 #include "render/paint_tile.h"
@@ -44,12 +43,7 @@ class LiveTile {
   /// change; their picture is kept to start from. True when the tile is no longer stale.
   bool finishStroke(bool keep, std::size_t mostCheckpoints);
 
-  /// Room for the shares of strokes that are laid again and again, by stroke.
-  std::unordered_map<std::uint64_t, std::unique_ptr<TileShares>>& keptShares() {
-    return keptShares_;
-  }
-
-  /// Of pictures, without keptShares().
+  /// Of pictures.
   std::size_t bytesHeld() const;
 
  private:
@@ -67,7 +61,6 @@ class LiveTile {
   std::shared_ptr<PaintTile> work_;
   std::size_t done_ = 0;  // Strokes laid in work_, or in the last checkpoint without work_.
   bool isStale_ = false;
-  std::unordered_map<std::uint64_t, std::unique_ptr<TileShares>> keptShares_;
 };
 
 }  // namespace render

@@ -31,37 +31,6 @@ inline PixelRect pixelsOfTiles(const PixelRect& tiles) {
           tiles.right * PaintTile::kSide, tiles.bottom * PaintTile::kSide};
 }
 
-/// How much of a stroke's two colours goes over one row of a tile, 0 to kFull, both together at
-/// most kFull.
-struct TileRowShares {
-  alignas(64) std::int16_t body[PaintTile::kSide];
-  alignas(64) std::int16_t core[PaintTile::kSide];
-};
-
-/// All rows of a tile.
-struct TileShares {
-  TileRowShares rows[PaintTile::kSide];
-  // Outside these rows the core has no share, and its shares are undefined.
-  int firstCoreRow = 0;
-  int endCoreRow = 0;
-};
-
-/// How a row of a tile lies between four rows of coarser cells.
-struct RowMix {
-  const std::int16_t* rows[4];  ///< 64 values each.
-  const std::int16_t* weights;  ///< Four, in 1/32768.
-};
-
-/// The masks of a glowing stroke in a tile.
-struct GlowingMasks {
-  RowMix wide[PaintTile::kSide];  ///< Of values from 0 to kGlowFull, as `narrow`.
-  RowMix narrow[PaintTile::kSide];
-  const std::int16_t* body = nullptr;  ///< 64 values a row, 0 to kFull, as `core`.
-  const std::int16_t* core = nullptr;
-  int firstRow = 0;  ///< Of the rows that `body` and `core` paint in; the others are not looked at.
-  int endRow = 0;
-};
-
 /// The two colours of a stroke: blue, green, red, alpha, 0 to kFull.
 struct StrokeColors {
   std::int16_t body[4];

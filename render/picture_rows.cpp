@@ -13,7 +13,7 @@
 #ifndef RENDER_PICTURE_ROWS_FULL_LIGHT
 #define RENDER_PICTURE_ROWS_FULL_LIGHT
 namespace render {
-// 255 in 1/128.
+// A full channel, 255, in steps of 1/128.
 inline constexpr std::int16_t kFullLight = 255 * 128;
 }  // namespace render
 #endif
@@ -58,6 +58,33 @@ void stretchPairs(const std::uint8_t* source, const int* firsts, const std::int1
 #endif
 }
 
+/// `taps` neighbouring pixels of `source` for each new one, weighted. The fourth channel becomes
+/// full.
+void stretchTaps(const std::uint8_t* source, const int* firsts, const std::int16_t* weights,
+                 int taps, int count, std::int16_t* row) {
+  for (int x = 0; x < count; ++x, row += 4, weights += taps) {
+    const std::uint8_t* pixel = source + 4 * firsts[x];
+#if HWY_TARGET == HWY_SCALAR
+    for (int c = 0; c < 3; ++c) {
+      int sum = 128;
+      for (int k = 0; k < taps; ++k) sum += pixel[4 * k + c] * weights[k];
+      row[c] = static_cast<std::int16_t>(sum >> 8);
+    }
+#else
+    const hn::FixedTag<std::int32_t, 4> d;
+    const hn::Rebind<std::uint8_t, decltype(d)> d8;
+    const hn::Rebind<std::int16_t, decltype(d)> d16;
+    auto sum = hn::Set(d, 128);
+    for (int k = 0; k < taps; ++k) {
+      sum = hn::Add(
+          sum, hn::Mul(hn::PromoteTo(d, hn::LoadU(d8, pixel + 4 * k)), hn::Set(d, weights[k])));
+    }
+    hn::StoreU(hn::DemoteTo(d16, hn::ShiftRight<8>(sum)), d16, row);
+#endif
+    row[3] = kFullLight;
+  }
+}
+
 /// The weighted sum of rows, dimmed: `end` channels, a multiple of the vector's length. `light`:
 /// for each channel, repeating.
 void sumRows(const std::int16_t* const* rows, const std::int16_t* weights, int taps,
@@ -71,13 +98,15 @@ void sumRows(const std::int16_t* const* rows, const std::int16_t* weights, int t
 #endif
   for (int i = 0; i < end; i += lanes) {
     auto sum = hn::MulFixedPoint15(hn::LoadU(d, rows[0] + i), hn::Set(d, weights[0]));
+    // Hundreds of taps, each rounded, may come to more than full light.
     for (int k = 1; k < taps; ++k)
-      sum = hn::Add(sum, hn::MulFixedPoint15(hn::LoadU(d, rows[k] + i), hn::Set(d, weights[k])));
+      sum = hn::SaturatedAdd(
+          sum, hn::MulFixedPoint15(hn::LoadU(d, rows[k] + i), hn::Set(d, weights[k])));
 #if HWY_TARGET == HWY_SCALAR
     const auto lights = hn::Set(d, light[i % 8]);
 #endif
     sum = hn::MulFixedPoint15(sum, lights);
-    hn::StoreU(hn::DemoteTo(d8, hn::ShiftRight<7>(hn::Add(sum, half))), d8, pixels + i);
+    hn::StoreU(hn::DemoteTo(d8, hn::ShiftRight<7>(hn::SaturatedAdd(sum, half))), d8, pixels + i);
   }
 }
 
@@ -89,6 +118,7 @@ HWY_AFTER_NAMESPACE();
 namespace render {
 
 HWY_EXPORT(stretchPairs);
+HWY_EXPORT(stretchTaps);
 HWY_EXPORT(sumRows);
 
 namespace {
@@ -148,20 +178,8 @@ void PictureRows::stretchByPairs(const std::uint8_t* source, std::int16_t* row) 
 }
 
 void PictureRows::stretchByTaps(const std::uint8_t* source, std::int16_t* row) const {
-  for (int x = 0; x < width(); ++x, row += 4) {
-    const std::uint8_t* p = source + 4 * across_.first(x);
-    const std::int16_t* weights = across_.weights(x);
-    int b = 128, g = 128, r = 128;
-    for (int k = 0; k < across_.taps(); ++k, p += 4) {
-      b += p[0] * weights[k];
-      g += p[1] * weights[k];
-      r += p[2] * weights[k];
-    }
-    row[0] = static_cast<std::int16_t>(b >> 8);
-    row[1] = static_cast<std::int16_t>(g >> 8);
-    row[2] = static_cast<std::int16_t>(r >> 8);
-    row[3] = kFullLight;
-  }
+  HWY_DYNAMIC_DISPATCH(stretchTaps)
+  (source, across_.firsts(), across_.weights(0), across_.taps(), width(), row);
 }
 
 void PictureRows::fetch(int y, std::uint8_t* pixels) {

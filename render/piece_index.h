@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -20,6 +21,10 @@ class PieceIndex {
 
   /// Whether any light can fall into the tile.
   bool isReached(int tileX, int tileY) const;
+
+  std::size_t bytesHeld() const {
+    return reached_.capacity() + (starts_.capacity() + numbers_.capacity()) * sizeof(int);
+  }
 
   /// The numbers of the pieces whose paint, or its border, can be in the tile.
   std::span<const int> piecesIn(int tileX, int tileY) const;

@@ -2,13 +2,6 @@
 
 namespace render {
 
-namespace {
-
-constexpr std::array kAllBackgrounds{CanvasBackground::camera, CanvasBackground::black,
-                                     CanvasBackground::white, CanvasBackground::transparent};
-
-}  // namespace
-
 std::string_view rawValue(CanvasBackground background) {
   switch (background) {
     case CanvasBackground::camera:
@@ -24,7 +17,7 @@ std::string_view rawValue(CanvasBackground background) {
 }
 
 std::optional<CanvasBackground> canvasBackgroundFrom(std::string_view text) {
-  for (const CanvasBackground background : kAllBackgrounds) {
+  for (const CanvasBackground background : allBackgrounds) {
     if (rawValue(background) == text) return background;
   }
   return std::nullopt;

@@ -13,9 +13,12 @@ namespace render {
 /// What lies under the strokes.
 enum class CanvasBackground { camera, black, white, transparent };
 
+inline constexpr std::array allBackgrounds{CanvasBackground::camera, CanvasBackground::black,
+                                           CanvasBackground::white, CanvasBackground::transparent};
+
 /// The backgrounds a person can pick; transparent exists for saving the painting alone.
-inline constexpr std::array kUserBackgrounds{CanvasBackground::camera, CanvasBackground::black,
-                                             CanvasBackground::white};
+inline constexpr std::array userChoices{CanvasBackground::camera, CanvasBackground::black,
+                                        CanvasBackground::white};
 
 /// "camera", "black", "white" or "transparent".
 std::string_view rawValue(CanvasBackground background);

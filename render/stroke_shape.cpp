@@ -8,11 +8,13 @@ namespace render {
 
 namespace {
 
-// The blur radii of the two glow passes in reference units; a radius is two sigmas.
-constexpr double kWideSigma = 30.0 / 2;
-constexpr double kNarrowSigma = 10.0 / 2;
 // Without glow: borders are antialiased, and their slope is looked at from a pixel outside.
 constexpr double kBorderPx = 2;
+// A blur radius is this many sigmas of its Gaussian.
+constexpr double kSigmasInRadius = 2;
+// Of the two glow passes, in reference units.
+constexpr double kWideSigma = 30 / kSigmasInRadius;
+constexpr double kNarrowSigma = 10 / kSigmasInRadius;
 
 double unitPx(const CanvasMapping& mapping) {
   return mapping.unit * mapping.deviceScale;
@@ -41,12 +43,18 @@ void StrokeShape::outline(const strokes::StrokePoints& points, const CanvasMappi
 void StrokeShape::build(const strokes::StrokePoints& points, const CanvasMapping& mapping,
                         bool glow, const PixelRect& area) {
   outline(points, mapping, glow, area);
-  local_.clear();
-  for (const CurvePiece& piece : pieces_) local_.push_back(localPiece(piece, 1));
+  strips_.clear();
+  appendStrips(pieces_, strips_);
   if (!glow || tiles().isEmpty()) return;
   const PixelRect reached = pixelsOfTiles(tiles());
-  wide_.build(pieces_, kWideSigma * unitPx(mapping), reached);
-  narrow_.build(pieces_, kNarrowSigma * unitPx(mapping), reached);
+  wide_.build(pieces_, strips_, kWideSigma * unitPx(mapping), reached);
+  narrow_.build(pieces_, strips_, kNarrowSigma * unitPx(mapping), reached);
+}
+
+std::size_t StrokeShape::bytesHeld() const {
+  return sizeof *this + pieces_.capacity() * sizeof(CurvePiece) +
+         strips_.capacity() * sizeof(Strip) + index_.bytesHeld() + wide_.bytesHeld() +
+         narrow_.bytesHeld();
 }
 
 }  // namespace render

@@ -1,13 +1,14 @@
 #pragma once
 
+#include <cstddef>
 #include <span>
 #include <vector>
 
 #include "render/curve_piece.h"
 #include "render/glow_layer.h"
-#include "render/local_piece.h"
 #include "render/piece_index.h"
 #include "render/pixel_rect.h"
+#include "render/strip.h"
 #include "strokes/stroke_points.h"
 
 namespace render {
@@ -29,6 +30,8 @@ class StrokeShape {
   const PixelRect& tiles() const { return index_.tiles(); }
   bool isReached(int tileX, int tileY) const { return index_.isReached(tileX, tileY); }
 
+  std::size_t bytesHeld() const;
+
   /// How far a stroke's light reaches beyond its paint, in pixels.
   static double reach(const CanvasMapping& mapping, bool glow);
 
@@ -37,7 +40,7 @@ class StrokeShape {
 
   bool glow_ = false;
   std::vector<CurvePiece> pieces_;
-  std::vector<LocalPiece> local_;  // The pieces in cells of one pixel, once built.
+  std::vector<Strip> strips_;  // The pieces as strips, once built.
   PieceIndex index_;
   GlowLayer wide_;
   GlowLayer narrow_;

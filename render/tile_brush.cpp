@@ -2,58 +2,51 @@
 
 #include <cstring>
 
-#include "render/compositing.h"
-
 namespace render {
 
-namespace {
-
-constexpr int kTile = PaintTile::kSide;
-
-}  // namespace
-
-bool TileBrush::shares(const StrokeShape& shape, int tileX, int tileY, TileShares& shares) {
-  if (!shape.isReached(tileX, tileY)) return false;
-  const std::span<const int> numbers = shape.index_.piecesIn(tileX, tileY);
-  if (numbers.empty() && !shape.glow_) return false;
-  if (shape.glow_) {
-    shape.wide_.prefetch(tileX, tileY);
-    shape.narrow_.prefetch(tileX, tileY);
-  }
-  coverage_.paint(shape.pieces_, shape.local_, numbers, tileX, tileY, shape.glow_);
-  if (!shape.glow_) {
-    plainShares(shares);
-    return true;
-  }
-  wide_.open(shape.wide_, tileX, tileY);
-  narrow_.open(shape.narrow_, tileX, tileY);
-  for (int y = 0; y < kTile; ++y) {
-    masks_.wide[y] = wide_.row(y);
-    masks_.narrow[y] = narrow_.row(y);
-  }
-  masks_.body = coverage_.body();
-  masks_.core = coverage_.core();
-  masks_.firstRow = coverage_.firstRow();
-  masks_.endRow = coverage_.endRow();
-  joinGlowing(masks_, shares);
-  return true;
+void KeptMasks::keep(const SharpMasks& masks) {
+  firstRow_ = masks.firstRow;
+  endRow_ = masks.endRow;
+  hasCore_ = masks.core != nullptr;
+  isThere_ = true;
+  const auto count = static_cast<std::size_t>(endRow_ - firstRow_);
+  rows_.resize(hasCore_ ? 2 * count : count);
+  if (count == 0) return;
+  std::memcpy(rows_.data(), masks.body, count * sizeof(Row));
+  if (hasCore_) std::memcpy(rows_.data() + count, masks.core, count * sizeof(Row));
 }
 
-void TileBrush::plainShares(TileShares& shares) const {
-  for (int y = 0; y < kTile; ++y) {
-    auto& row = shares.rows[y].body;
-    if (y >= coverage_.firstRow() && y < coverage_.endRow()) {
-      std::memcpy(row, coverage_.body() + y * kTile, sizeof row);
-    } else {
-      std::memset(row, 0, sizeof row);
-    }
-  }
-  shares.firstCoreRow = shares.endCoreRow = 0;
+SharpMasks KeptMasks::masks() const {
+  if (firstRow_ == endRow_) return {nullptr, nullptr, firstRow_, endRow_};
+  const auto count = static_cast<std::size_t>(endRow_ - firstRow_);
+  return {rows_.data()->share, hasCore_ ? rows_[count].share : nullptr, firstRow_, endRow_};
+}
+
+SharpMasks TileBrush::sharpMasks(const StrokeShape& shape, int tileX, int tileY, KeptMasks* kept) {
+  if (kept && !kept->isEmpty()) return kept->masks();
+  coverage_.paint(shape.pieces_, shape.strips_, shape.index_.piecesIn(tileX, tileY), tileX, tileY,
+                  shape.glow_);
+  const int start = coverage_.firstRow() * PaintTile::kSide;
+  const SharpMasks masks{coverage_.body() + start, shape.glow_ ? coverage_.core() + start : nullptr,
+                         coverage_.firstRow(), coverage_.endRow()};
+  if (kept) kept->keep(masks);
+  return masks;
 }
 
 void TileBrush::lay(const StrokeShape& shape, const StrokeColors& colors, double alpha, int tileX,
-                    int tileY, PaintTile& tile) {
-  if (shares(shape, tileX, tileY, shares_)) layShares(shares_, colors, alpha, tile);
+                    int tileY, PaintTile& tile, KeptMasks* kept) {
+  if (!shape.isReached(tileX, tileY)) return;
+  if (!shape.glow_) {
+    if (shape.index_.piecesIn(tileX, tileY).empty()) return;
+    layPlain(sharpMasks(shape, tileX, tileY, kept), colors, alpha, tile);
+    return;
+  }
+  shape.wide_.prefetch(tileX, tileY);
+  shape.narrow_.prefetch(tileX, tileY);
+  const SharpMasks sharp = sharpMasks(shape, tileX, tileY, kept);
+  const GlowRows wide = wide_.open(shape.wide_, tileX, tileY);
+  const GlowRows narrow = narrow_.open(shape.narrow_, tileX, tileY);
+  layGlowing(wide, narrow, sharp, colors, alpha, tile);
 }
 
 }  // namespace render

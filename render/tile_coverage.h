@@ -8,6 +8,7 @@
 #include "render/distance_field.h"
 #include "render/local_piece.h"
 #include "render/paint_tile.h"
+#include "render/strip.h"
 
 namespace render {
 
@@ -16,8 +17,8 @@ namespace render {
 class TileCoverage {
  public:
   /// Paints the pieces with these numbers, which are all those that come within a few pixels of the
-  /// tile. `local`: the same pieces in cells of one pixel.
-  void paint(std::span<const CurvePiece> pieces, std::span<const LocalPiece> local,
+  /// tile. `strips`: the same pieces as strips.
+  void paint(std::span<const CurvePiece> pieces, std::span<const Strip> strips,
              std::span<const int> numbers, int tileX, int tileY, bool withCore);
 
   /// Nothing is painted outside these rows, and their masks are undefined.
@@ -30,20 +31,33 @@ class TileCoverage {
   const std::int16_t* core() const { return core_; }
 
  private:
-  void paintCoarsely(std::span<const LocalPiece> local, int left, int top, bool withCore);
+  void findRuns(std::span<const Strip> strips);
+  void openRows(std::span<const Strip> strips, int top);
+  void paintRuns(std::span<const Strip> strips, int left, int top, bool ofCore);
+  void paintCoarsely(int left, int top, bool withCore);
   void paintFinely(int left, int top, bool withCore);
   void refine(int left, int top, int y, std::uint64_t pixels, bool ofCore);
   void localiseFinely();
 
-  std::span<const CurvePiece> pieces_;  // While painting, as the numbers.
+  /// Pieces whose numbers follow each other and that form one smooth path, so that borders in it
+  /// share no pixel unless they run alike.
+  struct Run {
+    int first = 0;
+    int end = 0;
+  };
+
+  std::span<const CurvePiece> pieces_;  // While painting, as the strips and the numbers.
+  std::span<const Strip> strips_;
   std::span<const int> numbers_;
   std::vector<LocalPiece> fine_;  // The pieces in finer cells, once they are needed.
+  std::vector<Run> runs_;
   int firstRow_ = 0;
   int endRow_ = 0;
   DistanceField field_;
   DistanceField fineField_;
   alignas(64) std::int16_t body_[PaintTile::kSide * PaintTile::kSide];
   alignas(64) std::int16_t core_[PaintTile::kSide * PaintTile::kSide];
+  alignas(64) std::int16_t another_[PaintTile::kSide * PaintTile::kSide];
 };
 
 }  // namespace render

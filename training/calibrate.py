@@ -1,11 +1,13 @@
 """Makes the joints' confidences probabilities, on people who were not trained on.
 
-    calibrate.py CHECKPOINT --hands DIR OUT
+    calibrate.py LANDMARKS OUT --hands DIR --crops P --rooms P [--mined FILE]
 
-Crops of the tuning people are taken as a tracker would take them, developed by random cameras
-and partly covered; per joint a gain and an offset of the confidence's logit are fitted so that
-it becomes the probability of lying within 0.25 hand sizes of the reference, covered joints
-counting as wrong. They are written into OUT, a copy of the checkpoint for `export.py`.
+LANDMARKS is a checkpoint or an exported network. First its confidences learn, on the training
+people, which joints are to be seen (`confidence.py`). Then crops of the tuning people are taken
+as a tracker would take them, developed by random cameras and partly covered; per joint a gain and
+an offset of the confidence's logit are fitted so that it becomes the probability of lying within
+0.25 hand sizes of the reference, covered joints counting as wrong. All is written into OUT, a
+checkpoint for `export.py`.
 """
 import argparse
 
@@ -15,64 +17,59 @@ import torch
 import torch.nn.functional as F
 
 import camera
+import confidence
 import export
 import geometry
 import landmark_data
-import landmark_loss
+import networks
 import real_hands
 
+BATCHES, BATCH, REAL_SHARE, SEED = 100, 64, 0.5, 77
 VIEWS = 8
+COVERED_VIEWS = 0.25
 PULL = 20.0  # How strongly a joint's own gain and offset are held to the common ones.
 
 
+def training_crops(arguments):
+    """Crops, joints in crop units, visibility: 0 for all joints where there is no hand."""
+    batches = landmark_data.LandmarkBatches(arguments.hands, arguments.crops, arguments.rooms, arguments.mined,
+                                            REAL_SHARE, SEED)
+    for _ in range(BATCHES):
+        crops, joints, visible, _, _, presence = batches.batch(BATCH, networks.CROP_SIZE)
+        yield crops, joints, visible * presence[:, None]
+
+
 def views(folder, rng):
-    """Crops, joints in crop units, visibility."""
+    """The same of the tuning people."""
     crops, joints, seen = [], [], []
-    for picture in real_hands.load(folder, "tuning"):
+    pictures = real_hands.load(folder, "tuning")
+    rooms = landmark_data.RealRooms(pictures)
+    texture = lambda size: rooms.pick(rng, size)
+    for picture in pictures:
         for hand in picture.hands:
             pixels, points = landmark_data.patch_of(picture, hand)
             x, y, size, angle = geometry.frame_of(points)
             for _ in range(VIEWS):
-                side = 1.5 * size * np.exp(rng.normal(0, 0.12))
+                side = geometry.CROP_PER_SIZE * size * np.exp(rng.normal(0, 0.12))
                 centre = np.array([x, y]) + rng.normal(0, 0.06, 2) * side
                 flip = rng.random() < 0.5
-                matrix = geometry.crop_matrix(*centre, side, angle + rng.normal(0, 0.2), 128, flip)
-                crop = geometry.warp(pixels, matrix, 128, 128, cv2.BORDER_REPLICATE)
+                matrix = geometry.crop_matrix(*centre, side, angle + rng.normal(0, 0.2), networks.CROP_SIZE, flip)
+                crop = geometry.warp(pixels, matrix, networks.CROP_SIZE, networks.CROP_SIZE, cv2.BORDER_REPLICATE)
                 placed, visible = geometry.transform(geometry.invert(matrix), points), np.ones(21, np.float32)
-                if rng.random() < 0.25:
-                    landmark_data.cover(crop, placed, visible, rng)
+                if rng.random() < COVERED_VIEWS:
+                    landmark_data.cover(crop, placed, visible, texture, rng)
                 if rng.random() < 0.5:
                     crop = camera.develop(crop, rng)
                 crops.append(crop)
-                joints.append(placed / 128)
+                joints.append(placed / networks.CROP_SIZE)
                 seen.append(visible)
     return np.stack(crops), np.stack(joints), np.stack(seen)
 
 
-def raw_logits(net, crops):
-    points, logits = [], []
-    with torch.no_grad():
-        for start in range(0, len(crops), 64):
-            pixels = torch.from_numpy(crops[start:start + 64]).permute(0, 3, 1, 2).float()
-            heat, pooled = net.features(pixels.contiguous(memory_format=torch.channels_last))
-            moments = landmark_loss.decode(heat)[1]
-            logits.append(net.confidence_logits(moments, net.whole(pooled)[:, 3:]))
-            points.append(moments[..., :2])
-    return torch.cat(points), torch.cat(logits)
-
-
-def correct(points, joints, seen):
-    joints = torch.from_numpy(joints).float()
-    error = (points - joints).norm(dim=-1) / landmark_loss.sizes(joints)[:, None]
-    inside = ((joints > 0) & (joints < 1)).all(-1)
-    return ((error < landmark_loss.CONFIDENT_WITHIN) & inside & (torch.from_numpy(seen) > 0)).float()
-
-
 def fit(logits, good):
     """Gains and offsets (21 each)."""
-    common = torch.tensor([1.0, 0.0])
+    common = torch.tensor([1.0, 0.0], requires_grad=True)
     own = torch.zeros(2, logits.shape[1], requires_grad=True)
-    common.requires_grad_()
     optimiser = torch.optim.LBFGS([common, own], max_iter=100)
 
     def loss():
@@ -97,32 +94,46 @@ def table(probability, good):
     return "\n".join(rows)
 
 
+def spread(said, name):
+    low, middle, high = np.quantile(said.numpy(), (0.1, 0.5, 0.9))
+    return (f"{name}: {len(said)} joints, mean {float(said.mean()):.2f}, median {middle:.2f}, tenths "
+            f"{low:.2f} and {high:.2f}, above 0.3: {float((said > 0.3).float().mean()):.2f}")
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("checkpoint")
+    parser.add_argument("landmarks")
     parser.add_argument("out")
     parser.add_argument("--hands", required=True, help="folder of the labelled real hands")
+    parser.add_argument("--crops", required=True, help="pattern of the rendered crops")
+    parser.add_argument("--rooms", required=True, help="pattern of the rendered rooms")
+    parser.add_argument("--mined", default="", help="what mine.py collected")
     arguments = parser.parse_args()
     torch.set_num_threads(1)
     cv2.setNumThreads(1)
-    net = export.load("landmarks", arguments.checkpoint)
+    net = export.load("landmarks", arguments.landmarks)
+    parts = []
+    for crops, joints, seen in training_crops(arguments):
+        observed = confidence.observe(net, crops)
+        parts.append((observed, confidence.correct(observed.points, joints, seen)))
+    confidence.learn(net, confidence.joined([part[0] for part in parts]), torch.cat([part[1] for part in parts]))
+
     crops, joints, seen = views(arguments.hands, np.random.default_rng(3))
-    points, logits = raw_logits(net, crops)
-    good = correct(points, joints, seen)
+    observed = confidence.observe(net, crops)
+    good = confidence.correct(observed.points, joints, seen)
+    with torch.no_grad():
+        logits = observed.logits(net)
     # Half of the hands fit what the table then shows on the other half; the last fit uses all.
     even = torch.arange(len(crops)) // VIEWS % 2 == 0
     gain, offset = fit(logits[even], good[even])
-    print(f"as trained:\n{table(torch.sigmoid(logits[~even]), good[~even])}")
-    print(f"calibrated:\n{table(torch.sigmoid(logits[~even] * gain + offset), good[~even])}")
+    said, good_there = torch.sigmoid(logits[~even] * gain + offset), good[~even]
     hidden = torch.from_numpy(seen)[~even] == 0
-    said = torch.sigmoid(logits[~even] * gain + offset)
-    print(f"covered joints: mean confidence {float(said[hidden].mean()):.2f}, "
-          f"above 0.3: {float((said[hidden] > 0.3).float().mean()):.2f}; "
-          f"others: {float(said[~hidden].mean()):.2f}, above 0.3: {float((said[~hidden] > 0.3).float().mean()):.2f}")
-    gain, offset = fit(logits, good)
-    state = torch.load(arguments.checkpoint, map_location="cpu")
-    state["average"]["confidence_gain"], state["average"]["confidence_offset"] = gain, offset
-    torch.save(state, arguments.out)
+    print(f"as learnt:\n{table(torch.sigmoid(logits[~even]), good_there)}")
+    print(f"calibrated:\n{table(said, good_there)}")
+    print(spread(said[hidden], "covered"))
+    print(spread(said[~hidden], "others"))
+    net.confidence_gain, net.confidence_offset = fit(logits, good)
+    torch.save({"average": net.state_dict()}, arguments.out)
 
 
 if __name__ == "__main__":

@@ -3,7 +3,8 @@
     export.py landmarks CHECKPOINT assets/networks/hand_landmarks.onnx
     export.py finder    CHECKPOINT assets/networks/hand_finder.onnx
 
-Without a checkpoint ("-") the network has random weights of a fixed seed.
+An exported network can stand for a checkpoint. Without one ("-") the network has random weights
+of a fixed seed.
 """
 import argparse
 import pathlib
@@ -15,6 +16,7 @@ import numpy as np
 import torch
 
 import networks
+import restore
 
 TOLERANCE = 2e-3
 
@@ -22,7 +24,9 @@ TOLERANCE = 2e-3
 def load(kind, checkpoint):
     torch.manual_seed(1)
     net = networks.LandmarkNet() if kind == "landmarks" else networks.FinderNet()
-    if checkpoint != "-":
+    if checkpoint.endswith(".onnx"):
+        restore.from_onnx(net, checkpoint, example_for(kind))
+    elif checkpoint != "-":
         net.load_state_dict(torch.load(checkpoint, map_location="cpu")["average"])
     else:
         with torch.no_grad():  # The exporter merges equal tensors in a way OpenCV cannot read.
@@ -31,10 +35,14 @@ def load(kind, checkpoint):
     return net.eval()
 
 
-def write(net, kind, path):
+def example_for(kind):
     size = ((networks.CROP_SIZE, networks.CROP_SIZE) if kind == "landmarks"
             else (networks.FINDER_HEIGHT, networks.FINDER_WIDTH))
-    example = torch.randint(0, 256, (1, 3) + size).float()
+    return torch.randint(0, 256, (1, 3) + size).float()
+
+
+def write(net, kind, path):
+    example = example_for(kind)
     names = ["landmarks", "hand"] if kind == "landmarks" else ["hands"]
     pathlib.Path(path).parent.mkdir(parents=True, exist_ok=True)
     warnings.filterwarnings("ignore", message=".*onnx:Resize.*")  # Exact for factors of two, checked below.

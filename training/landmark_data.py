@@ -14,6 +14,7 @@ from geometry import CROP_PER_SIZE
 
 REAL_KINDS = {"digits": 0.27, "closeup": 0.33, "webcam": 0.26, "video": 0.05, "photo": 0.09}
 NEGATIVE_SHARE = 0.18
+COVERED_SHARE = 0.35  # Of the hands: something lies before a part of them.
 MINED_SHARE, DISPLACED_SHARE = 0.5, 0.15  # Of the negatives: mistaken for hands once; beside a hand.
 SQUARE, SQUARES = 160, 2500  # Backgrounds are kept ready: pixels, and how many of each kind.
 PATCH_PIXELS = 190  # Real hands are kept as patches of this size per 2.6 hand boxes.
@@ -80,23 +81,48 @@ class RealRooms:
         return max(abs(hand_x - x), abs(hand_y - y)) > side / 2 + 0.35 * size
 
 
-def cover(picture, joints, visible, rng):
-    """Puts something in front of a part of the crop."""
+def put_before(picture, front, mask, joints, visible):
+    """Puts `front` before the picture where `mask` says so (0 to 255), and the joints there out of sight."""
+    share = cv2.merge([mask, mask, mask])
+    picture[:] = cv2.add(cv2.multiply(front, share, scale=1 / 255), cv2.multiply(picture, 255 - share, scale=1 / 255))
+    height, width = mask.shape
+    cells = joints.astype(int)
+    for i, (x, y) in enumerate(cells):
+        if 0 <= x < width and 0 <= y < height and mask[y, x] > 127:
+            visible[i] = 0
+
+
+def thing_mask(size, rng):
+    """The outline of a thing: round, angular, or a table's edge that hides all beyond it."""
+    mask = np.zeros((size, size), np.uint8)
+    middle = rng.uniform(0.1, 0.9, 2) * size
+    kind = rng.random()
+    if kind < 0.4:
+        axes = rng.uniform(0.05, 0.28, 2) * size
+        cv2.ellipse(mask, (tuple(middle), tuple(2 * axes), float(rng.uniform(0, 180))), 255, -1)
+    elif kind < 0.8:
+        turns = np.sort(rng.uniform(0, 2 * math.pi, int(rng.integers(3, 7))))
+        reach = rng.uniform(0.08, 0.32, len(turns))[:, None] * size
+        corners = middle + reach * np.stack([np.cos(turns), np.sin(turns)], 1)
+        cv2.fillPoly(mask, [corners.astype(np.int32)], 255)
+    else:
+        angle = rng.uniform(0, 2 * math.pi)
+        y, x = np.mgrid[0:size, 0:size] - size / 2
+        mask[x * math.cos(angle) + y * math.sin(angle) > rng.uniform(0.1, 0.4) * size] = 255
+    return cv2.GaussianBlur(mask, (0, 0), 0.7) if rng.random() < 0.7 else mask
+
+
+def cover(picture, joints, visible, texture, rng):
+    """Puts something in front of a part of the crop: plain, of another picture, or of this one."""
     size = picture.shape[0]
-    mask = np.zeros(picture.shape[:2], np.uint8)
-    middle = (int(rng.integers(size)), int(rng.integers(size)))
-    axes = (int(size * rng.uniform(0.05, 0.2)), int(size * rng.uniform(0.05, 0.25)))
-    if rng.random() < 0.5:
-        cv2.ellipse(mask, middle, axes, float(rng.uniform(0, 180)), 0, 360, 255, -1)
+    kind = rng.random()
+    if kind < 0.3:
+        front = np.full_like(picture, rng.integers(0, 256, 3, dtype=np.uint8))
+    elif kind < 0.7:
+        front = texture(size)
     else:
-        cv2.rectangle(mask, (middle[0] - axes[0], middle[1] - axes[1]), (middle[0] + axes[0], middle[1] + axes[1]), 255, -1)
-    if rng.random() < 0.5:
-        filling = np.full_like(picture, rng.integers(0, 256, 3, dtype=np.uint8))
-    else:
-        filling = np.roll(picture, (int(rng.integers(size)), int(rng.integers(size))), (0, 1))
-    picture[mask > 0] = filling[mask > 0]
-    cells = np.clip(joints.astype(int), 0, size - 1)
-    visible[mask[cells[:, 1], cells[:, 0]] > 0] = 0
+        front = np.roll(picture, (int(rng.integers(size)), int(rng.integers(size))), (0, 1))
+    put_before(picture, front, thing_mask(size, rng), joints, visible)
 
 
 class LandmarkBatches:
@@ -155,6 +181,21 @@ class LandmarkBatches:
         pixels, joints, right, weight = self.real.pick(self.rng)
         return pixels, joints.astype(np.float64), right, weight, np.ones(21, np.float32)
 
+    def cover_with_hand(self, picture, joints, visible):
+        """Puts another hand in front, so that this one stays in the middle."""
+        rng = self.rng
+        size = picture.shape[0]
+        source = self.crops.pick(rng)["pixels"]
+        angle, reach = rng.uniform(0, 2 * math.pi), rng.uniform(0.35, 0.65) * size
+        centre = size / 2 + reach * np.array([math.cos(angle), math.sin(angle)])
+        onto = geometry.crop_matrix(*centre, size * rng.uniform(0.6, 1.0), rng.uniform(0, 2 * math.pi), source.shape[0])
+        front = geometry.warp(source, geometry.invert(onto), size, size, cv2.BORDER_CONSTANT)
+        mask = np.ascontiguousarray(front[..., 3])
+        solid = np.ascontiguousarray(front[..., :3])
+        # The pixels are premultiplied: undone, so that the mask does not darken its edge twice.
+        solid = np.minimum(255, solid.astype(np.float32) * 255 / np.maximum(mask, 1)[..., None]).astype(np.uint8)
+        put_before(picture, solid, mask, joints, visible)
+
     def mistaken(self, pixels):
         """What the finder took for a hand."""
         rng = self.rng
@@ -193,9 +234,12 @@ class LandmarkBatches:
         joints = geometry.transform(geometry.invert(matrix), joints)
         if flip:
             right = 1 - right
-        if not negative and rng.random() < 0.22:
+        if not negative and rng.random() < COVERED_SHARE:
             picture = np.ascontiguousarray(picture)
-            cover(picture, joints, visible, rng)
+            if rng.random() < 0.25 and self.crops.count:
+                self.cover_with_hand(picture, joints, visible)
+            else:
+                cover(picture, joints, visible, self.background, rng)
         return camera.develop(picture, rng), joints / pixels, visible, right, weight, 0.0 if negative else 1.0
 
     @staticmethod

@@ -40,7 +40,7 @@ def masked(loss, weight):
     return (loss * weight).sum() / (weight.sum() + 1e-6)
 
 
-def landmark_loss(net, heat, pooled, joints, visible, right, weight, presence):
+def landmark_loss(net, heat, merged, pooled, joints, visible, right, weight, presence):
     """The sum to minimise, and its parts for the log."""
     log, moments = decode(heat)
     whole = net.whole(pooled.float())
@@ -63,7 +63,8 @@ def landmark_loss(net, heat, pooled, joints, visible, right, weight, presence):
 
     error = (moments[..., :2].detach() - joints).norm(dim=-1) / sizes(joints)[:, None]
     good = ((error < CONFIDENT_WITHIN).float() * (visible > 0) * inside)
-    confidence = net.confidence_logits(moments, whole[:, 3:])
+    evidence = net.evidence(log.exp().flatten(2), moments, merged.float())
+    confidence = net.confidence_logits(*evidence, whole[:, 3:])
     parts["confidence"] = masked(F.binary_cross_entropy_with_logits(confidence, good, reduction="none"),
                                  presence[:, None].expand_as(good))
     total = (0.5 * parts["heat"] + parts["distance"] + parts["presence"] + 0.5 * parts["right"]

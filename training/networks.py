@@ -48,31 +48,53 @@ class Merge(nn.Module):
         self.mix = conv(width, width)
 
     def forward(self, coarse, fine):
-        return self.mix(F.relu(F.interpolate(coarse, scale_factor=2, mode="nearest") + self.lateral(fine)))
+        size = (fine.shape[2], fine.shape[3])
+        return self.mix(F.relu(F.interpolate(coarse, size=size, mode="nearest") + self.lateral(fine)))
+
+
+class Pyramid(nn.Module):
+    """What both networks see with: features of a picture, coarser and coarser, and mixed again
+    from the coarsest up to the resolution at which the answer is given."""
+
+    WIDTH = 48
+
+    def __init__(self, channels, blocks, merges):
+        super().__init__()
+        self.stem = conv(3, channels[0], stride=2)
+        self.stages = nn.ModuleList(stage(channels[i], channels[i + 1], blocks[i]) for i in range(len(blocks)))
+        self.top = conv(channels[-1], self.WIDTH, 1, activate=False)
+        self.merges = nn.ModuleList(Merge(fine, self.WIDTH) for fine in channels[-2:-2 - merges:-1])
+
+    def forward(self, pixels):
+        """The mixed features, and the coarsest ones."""
+        maps = [self.stem(normalise(pixels))]
+        for part in self.stages:
+            maps.append(part(maps[-1]))
+        merged = self.top(maps[-1])
+        for merge, fine in zip(self.merges, maps[-2::-1]):
+            merged = merge(merged, fine)
+        return merged, maps[-1]
 
 
 class LandmarkNet(nn.Module):
     """Crop to heat maps, and to logits: presence, right hand, palm towards the camera, joint confidences.
 
-    The confidence logit of a joint is a linear function of how widely its heat is scattered
-    plus a term from the whole crop; it does not push the heat maps (their gradient is cut).
+    The confidence logit of a joint is a sum of three: a linear function of how widely its heat is
+    scattered, a linear function of the features where it lies, and a term from the whole crop. It does not
+    push the heat maps (their gradient is cut).
     """
 
     CHANNELS = (32, 32, 64, 96, 128)
     BLOCKS = (1, 1, 2, 1)
-    WIDTH = 48
 
     def __init__(self):
         super().__init__()
-        c, b, width = self.CHANNELS, self.BLOCKS, self.WIDTH
-        self.stem = conv(3, c[0], stride=2)
-        self.stages = nn.ModuleList(stage(c[i], c[i + 1], b[i]) for i in range(4))
-        self.top = conv(c[4], width, 1, activate=False)
-        self.merges = nn.ModuleList(Merge(c[i], width) for i in (3, 2, 1))
-        self.heat = nn.Conv2d(width, JOINTS, 1)
-        self.whole = nn.Sequential(nn.Linear(c[4], 96), nn.ReLU(inplace=True), nn.Linear(96, 3 + JOINTS))
+        self.pyramid = Pyramid(self.CHANNELS, self.BLOCKS, merges=3)
+        self.heat = nn.Conv2d(Pyramid.WIDTH, JOINTS, 1)
+        self.whole = nn.Sequential(nn.Linear(self.CHANNELS[-1], 96), nn.ReLU(inplace=True), nn.Linear(96, 3 + JOINTS))
         self.scatter_weight = nn.Parameter(torch.full((JOINTS,), -1.0))
         self.scatter_bias = nn.Parameter(torch.full((JOINTS,), -4.0))
+        self.sight_weight = nn.Parameter(torch.zeros(JOINTS, Pyramid.WIDTH))
         # Set by calibrate.py: confidence logit = gain * raw + offset, per joint.
         self.register_buffer("confidence_gain", torch.ones(JOINTS))
         self.register_buffer("confidence_offset", torch.zeros(JOINTS))
@@ -86,31 +108,30 @@ class LandmarkNet(nn.Module):
         return torch.stack([x, y, x * x, y * y], -1).reshape(-1, 4)
 
     def features(self, pixels):
-        """Heat maps (B, 21, h, w) before the softmax and the deepest features, averaged."""
-        maps = []
-        x = self.stem(normalise(pixels))
-        for part in self.stages:
-            x = part(x)
-            maps.append(x)
-        merged = self.top(maps[3])
-        for merge, fine in zip(self.merges, (maps[2], maps[1], maps[0])):
-            merged = merge(merged, fine)
-        pooled = F.avg_pool2d(maps[3], (maps[3].shape[2], maps[3].shape[3])).flatten(1)
-        return self.heat(merged), pooled
+        """Heat maps (B, 21, h, w) before the softmax, the features they are made of, and the coarsest
+        features, averaged."""
+        merged, coarsest = self.pyramid(pixels)
+        pooled = F.avg_pool2d(coarsest, (coarsest.shape[2], coarsest.shape[3])).flatten(1)
+        return self.heat(merged), merged, pooled
 
-    def confidence_logits(self, joint_moments, whole):
-        """Raw logits from the heat's moments (B, 21, 4) and the whole crop's part (B, 21)."""
+    def evidence(self, probability, joint_moments, merged):
+        """What tells how surely a joint is where its heat lies (B, 21, cells): the logarithm of the
+        heat's variance (B, 21), and the features there (B, 21, width)."""
         m = joint_moments.detach()
         variance = m[..., 2] + m[..., 3] - m[..., 0] * m[..., 0] - m[..., 1] * m[..., 1]
-        return self.scatter_weight * torch.log(F.relu(variance) + 1e-4) + self.scatter_bias + whole
+        return torch.log(F.relu(variance) + 1e-4), torch.matmul(probability.detach(), merged.flatten(2).transpose(1, 2))
+
+    def confidence_logits(self, scatter, seen, whole):
+        """Raw logits from the evidence and the whole crop's part (B, 21)."""
+        return self.scatter_weight * scatter + self.scatter_bias + (seen * self.sight_weight).sum(2) + whole
 
     def forward(self, pixels):
         """landmarks (B, 21, 3): x, y, confidence; hand (B, 2): presence, right; probabilities."""
-        heat, pooled = self.features(pixels)
+        heat, merged, pooled = self.features(pixels)
         probability = torch.softmax(heat.reshape(-1, JOINTS, CROP_GRID * CROP_GRID), 2)
         joint_moments = torch.matmul(probability, self.moments)
         whole = self.whole(pooled)
-        logits = self.confidence_logits(joint_moments, whole[:, 3:])
+        logits = self.confidence_logits(*self.evidence(probability, joint_moments, merged), whole[:, 3:])
         confidence = torch.sigmoid(logits * self.confidence_gain + self.confidence_offset)
         landmarks = torch.cat([joint_moments[..., :2], confidence.unsqueeze(2)], 2)
         return landmarks, torch.sigmoid(whole[:, :2])
@@ -121,19 +142,11 @@ class FinderNet(nn.Module):
 
     CHANNELS = (24, 32, 48, 80, 112)
     BLOCKS = (0, 1, 1, 1)
-    WIDTH = 48
 
     def __init__(self):
         super().__init__()
-        c, b, width = self.CHANNELS, self.BLOCKS, self.WIDTH
-        self.stem = conv(3, c[0], stride=2)
-        self.stages = nn.ModuleList(stage(c[i], c[i + 1], b[i]) for i in range(4))
-        self.top = conv(c[4], width, 1, activate=False)
-        self.lateral3 = conv(c[3], width, 1, activate=False)
-        self.mix3 = conv(width, width)
-        self.lateral2 = conv(c[2], width, 1, activate=False)
-        self.mix2 = conv(width, width)
-        self.out = nn.Conv2d(width, 7, 1)
+        self.pyramid = Pyramid(self.CHANNELS, self.BLOCKS, merges=2)
+        self.out = nn.Conv2d(Pyramid.WIDTH, 7, 1)
         nn.init.zeros_(self.out.bias)
         self.out.bias.data[0] = -4
         rows, columns = FINDER_HEIGHT // FINDER_STRIDE, FINDER_WIDTH // FINDER_STRIDE
@@ -142,15 +155,7 @@ class FinderNet(nn.Module):
 
     def raw(self, pixels):
         """Score logit, centre offset (2, in cells), log(size / width), cos, sin, right logit."""
-        maps = []
-        x = self.stem(normalise(pixels))
-        for part in self.stages:
-            x = part(x)
-            maps.append(x)
-        double = lambda z, like: F.interpolate(z, size=(like.shape[2], like.shape[3]), mode="nearest")
-        merged = self.mix3(F.relu(double(self.top(maps[3]), maps[2]) + self.lateral3(maps[2])))
-        merged = self.mix2(F.relu(double(merged, maps[1]) + self.lateral2(maps[1])))
-        return self.out(merged)
+        return self.out(self.pyramid(pixels)[0])
 
     def forward(self, pixels):
         """hands (B, 7, 18, 24): score, centre x, y, size (input pixels), cos, sin, right."""

@@ -56,8 +56,8 @@ class Landmarks:
         from landmark_loss import landmark_loss
 
         with autocast:
-            heat, pooled = net.features(pixels_of(batch[0], device))
-        return landmark_loss(net, heat, pooled, *[torch.from_numpy(b).to(device) for b in batch[1:]])
+            features = net.features(pixels_of(batch[0], device))
+        return landmark_loss(net, *features, *[torch.from_numpy(b).to(device) for b in batch[1:]])
 
     def report(self, net):
         from evaluate_crops import report

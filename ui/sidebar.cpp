@@ -112,7 +112,7 @@ Sidebar::Sidebar(model::AppModel& model, QWidget* parent) : QScrollArea(parent),
 void Sidebar::refresh() {
   const auto wholePart = [](double value) { return QString::number(static_cast<qint64>(value)); };
 
-  background_->setChosen(indexOf(render::kUserBackgrounds, model_.background()));
+  background_->setChosen(indexOf(render::userChoices, model_.background()));
   dim_.slider->setAmount(model_.dim());
   dim_.box->setEnabled(model_.background() == render::CanvasBackground::camera);
 
@@ -142,11 +142,11 @@ bool Sidebar::eventFilter(QObject* watched, QEvent* event) {
 void Sidebar::addCanvas(QVBoxLayout& column) {
   addHeading(column, QStringLiteral("Canvas"));
   QStringList titles;
-  for (const render::CanvasBackground choice : render::kUserBackgrounds) titles << titleOf(choice);
+  for (const render::CanvasBackground choice : render::userChoices) titles << titleOf(choice);
   background_ = new SegmentedPicker(titles);
   background_->setAccessibleName(QStringLiteral("Background"));
   connect(background_, &SegmentedPicker::chosen, this, [this](int index) {
-    model_.setBackground(render::kUserBackgrounds[static_cast<std::size_t>(index)]);
+    model_.setBackground(render::userChoices[static_cast<std::size_t>(index)]);
   });
   column.addWidget(background_);
   dim_ = addSlider(column, QStringLiteral("Dim camera picture"), 0, 0.9, kFinePerUnit);

@@ -6,6 +6,7 @@ extern "C" {
 
 #include <pthread.h>
 
+#include <chrono>
 #include <cmath>
 #include <system_error>
 #include <utility>
@@ -79,10 +80,12 @@ void FfmpegVideoWriter::finishWriting(std::function<void()> completion) {
 
 void FfmpegVideoWriter::encodeAll() {
   while (auto frame = queue_->pop()) {
+    const auto start = std::chrono::steady_clock::now();
     if (status_ == Status::writing) {
       if (const auto encoded = encode(*frame); !encoded) fail(encoded.error());
     }
-    queue_->recycle(std::move(frame->picture));
+    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+    queue_->recycle(std::move(frame->picture), taken.count());
   }
   if (status_ == Status::writing) {
     if (const auto ended = end(); !ended) {

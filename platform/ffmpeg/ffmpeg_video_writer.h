@@ -39,6 +39,8 @@ class FfmpegVideoWriter final : public VideoWriter {
   void encodeAll();
   Result<void> encode(const FrameQueue::Frame& frame);
   Result<void> end();
+
+  // Before that thread begins, or on it.
   void fail(Error error);
 
   std::unique_ptr<FragmentedFile> file_;

@@ -1,21 +1,21 @@
 #include "platform/ffmpeg/frame_queue.h"
 
+#include <algorithm>
 #include <new>
 #include <utility>
 
 namespace platform::ffmpeg {
+
+namespace {
+/// The share of the newest frame in the encoder's pace: single slow moments hardly count.
+constexpr double kPaceSmoothing = 0.2;
+}  // namespace
 
 FrameQueue::FrameQueue(int width, int height) : width_(width), height_(height) {}
 
 bool FrameQueue::hasRoom() const {
   const std::lock_guard lock(mutex_);
   return hasRoomLocked();
-}
-
-bool FrameQueue::hasRoomLocked() const {
-  if (closed_ || frames_.size() >= kCapacity) return false;
-  if (frames_.empty()) return true;
-  return frames_.back().time.seconds() - frames_.front().time.seconds() < kMostSeconds;
 }
 
 std::optional<pixels::Surface> FrameQueue::takeBuffer() {
@@ -61,9 +61,21 @@ std::optional<FrameQueue::Frame> FrameQueue::pop() {
   return frame;
 }
 
-void FrameQueue::recycle(pixels::Surface buffer) {
+void FrameQueue::recycle(pixels::Surface buffer, double secondsTaken) {
   const std::lock_guard lock(mutex_);
   buffers_.push_back(std::move(buffer));
+  adaptCapacity(secondsTaken);
+}
+
+void FrameQueue::adaptCapacity(double secondsTaken) {
+  pace_ += kPaceSmoothing * (secondsTaken - pace_);
+  const double fitting = kMostSeconds / std::max(pace_, 1e-3);
+  const auto wanted =
+      static_cast<std::size_t>(std::clamp(fitting, 1.0, static_cast<double>(kMostFrames)));
+  // At most every other leaving frame goes without a successor: no long gap while it shrinks.
+  shrankLast_ = wanted < capacity_ && !shrankLast_;
+  if (shrankLast_) --capacity_;
+  if (wanted > capacity_) ++capacity_;
 }
 
 }  // namespace platform::ffmpeg

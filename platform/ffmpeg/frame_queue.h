@@ -12,15 +12,18 @@
 
 namespace platform::ffmpeg {
 
-/// Frames on their way from the main thread to the encoder, and the buffers that come back. Never
-/// more than kCapacity, nor much more than kMostSeconds of video: a crash takes what waits here.
-/// Any thread.
+/// Frames on their way from the main thread to the encoder, and the buffers that come back. It
+/// bridges the encoder's slow moments. Under a lasting overload it is full and takes one frame for
+/// each that leaves, so that the frames left out lie evenly between the others. Any thread.
 class FrameQueue {
  public:
-  /// A quarter of a second at 30 frames a second: bridges the encoder's slow moments; a lasting
-  /// overload should rather show as frames left out, one at a time, than as memory.
-  static constexpr std::size_t kCapacity = 8;
+  /// A quarter of a second at 30 frames a second.
+  static constexpr std::size_t kMostFrames = 8;
+  /// How long a frame may wait at an encoder of steady pace: a crash takes what waits here. A slow
+  /// encoder therefore gets a shorter queue.
   static constexpr double kMostSeconds = 0.4;
+  /// Before the encoder's pace is known. It grows by one with each frame of a fast encoder.
+  static constexpr std::size_t kFramesAtFirst = 2;
 
   struct Frame {
     pixels::Surface picture;
@@ -40,11 +43,12 @@ class FrameQueue {
 
   /// Waits for the next frame. None when the queue is closed and empty.
   std::optional<Frame> pop();
-  /// Gives a buffer back for its next use.
-  void recycle(pixels::Surface buffer);
+  /// Gives a buffer back for its next use, after the encoder spent so long on it.
+  void recycle(pixels::Surface buffer, double secondsTaken);
 
  private:
-  bool hasRoomLocked() const;
+  bool hasRoomLocked() const { return !closed_ && frames_.size() < capacity_; }
+  void adaptCapacity(double secondsTaken);
 
   const int width_;
   const int height_;
@@ -52,6 +56,9 @@ class FrameQueue {
   std::condition_variable changed_;
   std::deque<Frame> frames_;
   std::vector<pixels::Surface> buffers_;
+  std::size_t capacity_ = kFramesAtFirst;
+  double pace_ = 0;          // Seconds that the encoder needs for a frame, lately.
+  bool shrankLast_ = false;  // The capacity, when the last buffer came back.
   bool closed_ = false;
 };
 

@@ -14,8 +14,8 @@ namespace platform::ffmpeg {
 
 /// A file that only grows, piece by piece, and never ends in half a piece while we live. What it
 /// holds is brought to the disk every kSyncSeconds by a thread of its own, because waiting for a
-/// disk may take long; so not even a power cut takes much more than that.
-/// One thread.
+/// disk may take long; so not even a power cut takes much more than that. Its functions are called
+/// by one thread at a time.
 class GrowingFile {
  public:
   /// How much a power cut may take: often enough for a recording, rare enough for a laptop's disk.

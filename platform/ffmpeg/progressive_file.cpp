@@ -1,14 +1,11 @@
 #include "platform/ffmpeg/progressive_file.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <string>
-#include <system_error>
 
 #include "platform/ffmpeg/av_error.h"
 #include "platform/ffmpeg/av_handles.h"
+#include "platform/ffmpeg/finishing_file.h"
 #include "platform/media_time.h"
 
 namespace platform::ffmpeg {
@@ -23,15 +20,6 @@ std::int64_t indexBytes(std::int64_t frameCount) {
 
 std::string url(const std::filesystem::path& path) {
   return "file:" + path.string();
-}
-
-Result<void> syncPath(const std::filesystem::path& path) {
-  const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (descriptor < 0) return fileError(path, errno);
-  const int reason = ::fsync(descriptor) == 0 ? 0 : errno;
-  ::close(descriptor);
-  if (reason != 0) return fileError(path, reason);
-  return {};
 }
 
 /// Copies every packet of the one stream of `from` into the file `to`, each lasting until the next.
@@ -103,21 +91,12 @@ int rewrite(const std::filesystem::path& from, const std::filesystem::path& to,
 
 Result<void> makeProgressive(const std::filesystem::path& path, std::int64_t frameCount,
                              std::int64_t lastDuration) {
-  const std::filesystem::path beside =
-      path.parent_path() / ("." + path.filename().string() + ".finishing");
-  const int code = rewrite(path, beside, frameCount, lastDuration);
-  Result<void> result = code < 0 ? Result<void>(avError(code)) : syncPath(beside);
-  std::error_code renamed;
-  if (result) std::filesystem::rename(beside, path, renamed);
-  if (renamed) result = fileError(path, renamed.value());
-  if (!result) {
-    std::error_code ignored;
-    std::filesystem::remove(beside, ignored);
-    return result;
-  }
-  // The video is in its place; a folder that cannot be flushed (network disks) changes nothing.
-  (void)syncPath(path.has_parent_path() ? path.parent_path() : ".");
-  return {};
+  const auto made = FinishingFile::createBeside(path);
+  if (!made) return made.error();
+  FinishingFile& beside = *made.value();
+  if (const int code = rewrite(path, beside.path(), frameCount, lastDuration); code < 0)
+    return avError(code);
+  return beside.takePlace();
 }
 
 }  // namespace platform::ffmpeg

@@ -6,7 +6,7 @@ namespace {
 constexpr double kPresenceToKeep = 0.5;
 // On the pictures of people whom the networks never saw in training, this keeps nearly all hands
 // and hardly a face; either network alone does worse.
-constexpr double kSurenessToStart = 0.3;
+constexpr double kSureness = 0.3;
 // A hand smaller than this gives no usable joints, pixels.
 constexpr double kLeastSize = 12;
 
@@ -24,13 +24,17 @@ double scoreOf(const HandReading& reading) {
   return reading.presence * (1 + sum / kJointCount) / 2;
 }
 
+bool agreeOnHand(double found, double read) {
+  return found * read >= kSureness;
+}
+
 bool keepsOn(const HandReading& reading, const pixels::Image& picture) {
   return reading.presence >= kPresenceToKeep && isPossible(reading, picture);
 }
 
 bool isNewHand(const HandCandidate& candidate, const HandReading& reading,
                const pixels::Image& picture) {
-  return candidate.score * scoreOf(reading) >= kSurenessToStart && isPossible(reading, picture);
+  return agreeOnHand(candidate.score, scoreOf(reading)) && isPossible(reading, picture);
 }
 
 }  // namespace platform::handpose

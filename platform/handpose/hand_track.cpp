@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/handpose/gates.h"
+#include "platform/handpose/steadying.h"
 
 namespace platform::handpose {
 namespace {
@@ -10,11 +11,13 @@ namespace {
 constexpr double kMostShrinking = 0.6;  // From one frame's crop to the next.
 constexpr double kOtherSide = 0.7;      // As strange as a jump by so many hands.
 constexpr double kMissedScore = 0.5;
+constexpr int kMostDoubts = 3;
+constexpr double kBeyondDoubt = 0.8;  // Score of a reading that needs nobody else's word.
 
 }  // namespace
 
 HandTrack::HandTrack(int id, const HandReading& first, const ChiralityVote& vote)
-    : id_(id), cropSize_(0), score_(0), vote_(vote) {
+    : id_(id), landmarks_(first.landmarks), cropSize_(0), score_(0), vote_(vote) {
   follow(first);
 }
 
@@ -35,7 +38,7 @@ double HandTrack::strangeness(const HandReading& reading) const {
 }
 
 void HandTrack::follow(const HandReading& reading) {
-  landmarks_ = reading.landmarks;
+  landmarks_ = steadied(landmarks_, reading.landmarks);
   box_ = boxOf(reading.landmarks);
   cropSize_ = std::max(box_.size, kMostShrinking * cropSize_);
   score_ = scoreOf(reading);
@@ -45,6 +48,14 @@ void HandTrack::follow(const HandReading& reading) {
 
 void HandTrack::miss() {
   ++misses_;
+}
+
+void HandTrack::confirm(double found) {
+  doubts_ = agreeOnHand(found, score_) || score_ >= kBeyondDoubt ? 0 : doubts_ + 1;
+}
+
+bool HandTrack::isPhantom() const {
+  return doubts_ >= kMostDoubts;
 }
 
 }  // namespace platform::handpose

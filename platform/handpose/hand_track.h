@@ -39,14 +39,23 @@ class HandTrack {
   /// How many frames in a row it has not been read.
   int misses() const { return misses_; }
 
+  /// The whole picture has been searched. `found`: how surely something like a hand was seen here,
+  /// 0 to 1; 0 for nothing.
+  void confirm(double found);
+  /// Whether it has turned out to be no hand: for some searches the two networks have not agreed on
+  /// it, and the closer look alone was not sure enough. A crop made from joints draws whatever is
+  /// there, even a face, towards looking like a hand.
+  bool isPhantom() const;
+
  private:
   int id_;
-  Landmarks landmarks_;
+  Landmarks landmarks_;  // Steadied; the box, and so the next crop, is as it was read.
   HandBox box_;
   double cropSize_;
   double score_;
   ChiralityVote vote_;
   int misses_ = 0;
+  int doubts_ = 0;  // Searches in a row that did not confirm it.
 };
 
 }  // namespace platform::handpose

@@ -11,14 +11,17 @@ namespace {
 
 constexpr std::size_t kMostHands = HandPoseRequest::maximumHandCount;
 constexpr double kLongestGap = 0.5;  // Seconds without a picture after which all may be different.
-// Seconds from one search to the next. Once a hand is followed, the other one may take its time.
+// Seconds from one search to the next. Once a hand is followed, the other one may take its time;
+// with two of them there is only the question whether both are hands.
 constexpr double kSearchInterval = 0.03;
 constexpr double kSearchIntervalBesideHand = 0.2;
+constexpr double kSearchIntervalBesideTwo = 0.4;
 constexpr int kMostMisses = 1;  // A hand is reported this many frames after it was last seen.
 // A reading this far off the middle of its crop, as a share of the crop's side, was cut off by it:
 // the hand moves fast, and a second look pays.
 constexpr double kOffCentre = 0.17;
 constexpr double kBetterSwapped = 0.2;  // By so much less strange, before two readings are swapped.
+constexpr double kSeenWithin = 0.5;     // Of a hand's size: a candidate so near confirms it.
 constexpr double kReach = 1.5;          // How far a hand may have gone while it was lost, in hands.
 
 }  // namespace
@@ -110,9 +113,9 @@ bool HandTracks::hasLostHand() const {
 }
 
 bool HandTracks::searchIsDue(double time) const {
-  if (tracks_.size() == kMostHands && !hasLostHand()) return false;
-  const double interval =
-      tracks_.empty() || hasLostHand() ? kSearchInterval : kSearchIntervalBesideHand;
+  const double interval = tracks_.empty() || hasLostHand() ? kSearchInterval
+                          : tracks_.size() < kMostHands    ? kSearchIntervalBesideHand
+                                                           : kSearchIntervalBesideTwo;
   return !lastSearch_ || time - *lastSearch_ >= interval;
 }
 
@@ -121,6 +124,7 @@ Result<void> HandTracks::search(const pixels::Image& picture) {
   auto found = vision_.find(picture, whole);
   if (!found) return found.error();
   std::vector<HandCandidate> candidates = std::move(found).value();
+  confirmTracks(candidates);
   std::erase_if(candidates, [&](const auto& candidate) { return isFollowed(candidate.box); });
   // Places that were no hands a moment ago come last, lest they keep others from being looked at.
   const auto firstKnown =
@@ -140,6 +144,20 @@ Result<void> HandTracks::search(const pixels::Image& picture) {
     take(reading.value());
   }
   return {};
+}
+
+void HandTracks::confirmTracks(const std::vector<HandCandidate>& candidates) {
+  for (HandTrack& track : tracks_) {
+    double found = 0;
+    for (const HandCandidate& candidate : candidates) {
+      const double size = std::max(candidate.box.size, track.box().size);
+      if (distance(candidate.box.centre, track.box().centre) < kSeenWithin * size) {
+        found = std::max(found, candidate.score);
+      }
+    }
+    track.confirm(found);
+  }
+  std::erase_if(tracks_, [](const HandTrack& track) { return track.isPhantom(); });
 }
 
 bool HandTracks::wasRefused(const HandBox& box) const {

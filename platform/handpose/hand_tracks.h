@@ -9,7 +9,8 @@
 namespace platform::handpose {
 
 /// Follows up to two hands through the pictures of one camera. A followed hand is looked for where
-/// it was last seen; the whole picture is searched, now and then, only while a hand is missing.
+/// it was last seen; now and then the whole picture is searched, for a missing hand and to see
+/// whether those that are followed are hands at all.
 /// Calls must not overlap.
 class HandTracks {
  public:
@@ -31,6 +32,7 @@ class HandTracks {
   bool hasLostHand() const;
   bool searchIsDue(double time) const;
   Result<void> search(const pixels::Image& picture);
+  void confirmTracks(const std::vector<HandCandidate>& candidates);
   void take(const HandReading& reading);
   bool isFollowed(const HandBox& box) const;
   bool wasRefused(const HandBox& box) const;

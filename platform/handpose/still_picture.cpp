@@ -14,13 +14,6 @@ namespace {
 constexpr std::size_t kLooks = 3;
 constexpr double kLeastWeight = 1e-3;
 
-/// The regions to search one after the other, while hands are missing: all of it, then closer.
-std::vector<Region> regionsOf(const pixels::Image& picture) {
-  const double width = picture.width();
-  const double height = picture.height();
-  return {{0, 0, width, height}};
-}
-
 /// The mean of several looks, in which a joint counts the more the surer it was seen. Presence is
 /// the lowest of all looks: crops made from joints draw whatever is there towards looking like a
 /// hand.
@@ -70,17 +63,15 @@ bool isAmong(const HandReading& reading, const std::vector<HandReading>& hands) 
 Result<std::vector<TrackedHand>> handsInStillPicture(HandVision& vision,
                                                      const pixels::Image& picture,
                                                      std::size_t most) {
+  const auto candidates =
+      vision.find(picture, {0, 0, 1.0 * picture.width(), 1.0 * picture.height()});
+  if (!candidates) return candidates.error();
   std::vector<HandReading> found;
-  for (const Region& region : regionsOf(picture)) {
-    if (found.size() >= most) break;
-    const auto candidates = vision.find(picture, region);
-    if (!candidates) return candidates.error();
-    for (const HandCandidate& candidate : candidates.value()) {
-      const auto reading = readClosely(vision, picture, candidate.box);
-      if (!reading) return reading.error();
-      if (isNewHand(candidate, reading.value(), picture) && !isAmong(reading.value(), found)) {
-        found.push_back(reading.value());
-      }
+  for (const HandCandidate& candidate : candidates.value()) {
+    const auto reading = readClosely(vision, picture, candidate.box);
+    if (!reading) return reading.error();
+    if (isNewHand(candidate, reading.value(), picture) && !isAmong(reading.value(), found)) {
+      found.push_back(reading.value());
     }
   }
   std::stable_sort(found.begin(), found.end(), [](const HandReading& a, const HandReading& b) {

@@ -1,79 +1,27 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <fstream>
-#include <limits>
-#include <nlohmann/json.hpp>
-#include <string>
 #include <vector>
 
 #include "platform/recorded/hand_log.h"
 #include "render/canvas_renderer.h"
 #include "strokes/palette.h"
+#include "tests/end_to_end/meant_strokes.h"
 #include "tests/support/painting_by_hand.h"
 
 namespace {
 
+using end_to_end::meanDistance;
+using end_to_end::MeantStroke;
+using end_to_end::meantStrokes;
+using end_to_end::pathOf;
 using strokes::Point;
 using testing::SizeIs;
 
 constexpr int kWidth = 640;
 constexpr int kHeight = 360;
-constexpr double kAspect = static_cast<double>(kWidth) / kHeight;
-
-/// A line that the painter of the sample clip meant.
-struct MeantStroke {
-  std::string name;
-  int color = 0;
-  std::vector<Point> points;
-};
-
-std::vector<MeantStroke> meantStrokes() {
-  std::ifstream file(WAVESCRIBE_ASSETS "/sample-path.json");
-  const nlohmann::json path = nlohmann::json::parse(file);
-  std::vector<MeantStroke> meant;
-  for (const auto& json : path.at("strokes")) {
-    meant.push_back({json.at("name"), json.at("color"), {}});
-    for (const auto& point : json.at("points")) {
-      meant.back().points.push_back({point.at(0), point.at(1)});
-    }
-  }
-  return meant;
-}
-
-/// In canvas heights.
-double distanceToSide(Point p, Point a, Point b) {
-  const double px = (p.x - a.x) * kAspect;
-  const double py = p.y - a.y;
-  const double sx = (b.x - a.x) * kAspect;
-  const double sy = b.y - a.y;
-  const double length2 = sx * sx + sy * sy;
-  const double t = length2 > 0 ? std::clamp((px * sx + py * sy) / length2, 0.0, 1.0) : 0;
-  return std::hypot(px - t * sx, py - t * sy);
-}
-
-/// How far the points of one line lie from another line on average, in canvas heights.
-double meanDistance(const std::vector<Point>& points, const std::vector<Point>& line) {
-  double sum = 0;
-  for (const Point& point : points) {
-    double nearest = std::numeric_limits<double>::infinity();
-    for (std::size_t i = 1; i < line.size(); ++i) {
-      nearest = std::min(nearest, distanceToSide(point, line[i - 1], line[i]));
-    }
-    sum += nearest;
-  }
-  return sum / static_cast<double>(points.size());
-}
-
-std::vector<Point> pathOf(const strokes::Stroke& stroke) {
-  std::vector<Point> path;
-  for (const strokes::StrokePoint& point : stroke.points) path.push_back({point.x, point.y});
-  return path;
-}
 
 /// The hands of the sample clip before a running model.
 class SamplePainting : public support::PaintingByHand {

@@ -7,6 +7,7 @@
 namespace model {
 namespace {
 
+using platform::CameraAuthorization;
 using render::CursorState;
 using testing::DoubleNear;
 using testing::Each;
@@ -286,11 +287,21 @@ TEST_F(HandPenPipeline, ATimeOutLetsTheNextSpreadChangeTheColour) {
 
 TEST_F(HandPenPipeline, WithoutARunningCameraAHandDoesNotTimeOut) {
   seePen(0.3, 0.4, true);
+  const auto expectNoTimeOut = [&] {
+    machine.clock.advance(60);
+    model.tick();
+    EXPECT_TRUE(cursor());
+    EXPECT_EQ(model.handStatus(), "Drawing");
+  };
+  for (const auto answer : {CameraAuthorization::notDetermined, CameraAuthorization::restricted,
+                            CameraAuthorization::denied, CameraAuthorization::unknown}) {
+    model.refreshPermission();
+    machine.cameraPermission.answerRead(answer);
+    ASSERT_NE(model.cameraState().kind, CameraState::Kind::running);
+    expectNoTimeOut();
+  }
   model.useMouseOnly();
-  machine.clock.advance(60);
-  model.tick();
-  EXPECT_TRUE(cursor());
-  EXPECT_EQ(model.handStatus(), "Drawing");
+  expectNoTimeOut();
 }
 
 TEST_F(HandPenPipeline, WhileTheMouseDrawsAHandDoesNotTimeOut) {

@@ -10,6 +10,7 @@
 #include "model/app_model.h"
 #include "tests/support/fake_platform.h"
 #include "tests/support/observer_log.h"
+#include "tests/support/pictures.h"
 
 namespace model {
 namespace {
@@ -91,6 +92,19 @@ TEST_F(RecordingControl, RecordsTheCanvasWhereThePersonChose) {
   EXPECT_EQ(script.settings.width, 1280);
   EXPECT_EQ(script.settings.height, 720);
   EXPECT_EQ(script.settings.framesPerSecond, 30);
+}
+
+TEST_F(RecordingControl, TheVideoHasTheShapeOfTheCamerasPicture) {
+  model->refreshPermission();
+  machine.cameraPermission.answerRead(platform::CameraAuthorization::authorized);
+  machine.serialQueues.drain("wavescribe.camera.session");
+  machine.capture.deliver(support::greyFrame(640, 480));
+  machine.serialQueues.drain("wavescribe.camera.frames");
+
+  startRecording();
+
+  EXPECT_EQ(script.settings.width, 1280);
+  EXPECT_EQ(script.settings.height, 960);
 }
 
 TEST_F(RecordingControl, AStartSetsTheSecondsBackBeforeItIsAnnounced) {

@@ -433,12 +433,4 @@ TEST_F(RecorderTest, AFinishThatEndsAfterTheRecorderIsHeardByNobody) {
   EXPECT_EQ(script.ended, 1);
 }
 
-TEST(MediaTime, TruncatesSecondsToWholeUnits) {
-  EXPECT_EQ(MediaTime::fromSeconds(0).value, 0);
-  EXPECT_EQ(MediaTime::fromSeconds(0.9999 / 600).value, 0);
-  EXPECT_EQ(MediaTime::fromSeconds(1.0001 / 600).value, 1);
-  EXPECT_EQ(MediaTime::fromSeconds(3600.5).value, 2160300);
-  EXPECT_DOUBLE_EQ(MediaTime{1500}.seconds(), 2.5);
-}
-
 }  // namespace

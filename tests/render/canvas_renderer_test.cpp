@@ -100,6 +100,17 @@ TEST(CanvasRenderer, TheCameraPictureIsShrunkWithoutLosingFineDetail) {
   for (int x = 1; x < 7; ++x) EXPECT_NEAR(pixelAt(picture, x, 4)[1], 100, 2) << x;
 }
 
+TEST(CanvasRenderer, AWhiteCameraPictureStaysWhiteHoweverFarItIsShrunk) {
+  RenderScene scene = sceneOn(CanvasBackground::camera);
+  scene.frame = imageOf(900, 1080, [](int, int) { return Bgra{255, 255, 255, 255}; });
+
+  const pixels::Surface picture = pictureOf(scene, 3, 2);
+
+  for (int y = 0; y < 2; ++y) {
+    for (int x = 0; x < 3; ++x) EXPECT_EQ(pixelAt(picture, x, y), (Bgra{255, 255, 255, 255}));
+  }
+}
+
 RenderScene fadingScene(double age, bool glow) {
   RenderScene scene = sceneOn(CanvasBackground::transparent, {levelStroke(0.5, 40, 7)});
   scene.glow = glow;
@@ -182,7 +193,7 @@ TEST(CanvasRenderer, NewerStrokesLieOverOlderOnes) {
   EXPECT_EQ(pixelAt(picture, 40, 40), (Bgra{204, 38, 255, 255}));
 }
 
-/// The darkest pixel right of a hovering cursor's centre, as the radius of its ring.
+/// How far the paint right of a hovering cursor's centre is from it on average: its ring's radius.
 double ringRadius(double width) {
   RenderScene scene = sceneOn(CanvasBackground::transparent);
   scene.cursor = CursorState{0.5, 0.5, false, width, 0};

@@ -23,9 +23,14 @@ TEST(CanvasBackground, OnlyExactNamesCount) {
 }
 
 TEST(CanvasBackground, PeopleChooseAmongCameraBlackAndWhite) {
-  EXPECT_THAT(kUserBackgrounds,
+  EXPECT_THAT(userChoices, testing::ElementsAre(CanvasBackground::camera, CanvasBackground::black,
+                                                CanvasBackground::white));
+}
+
+TEST(CanvasBackground, AllOfThemCanBeListed) {
+  EXPECT_THAT(allBackgrounds,
               testing::ElementsAre(CanvasBackground::camera, CanvasBackground::black,
-                                   CanvasBackground::white));
+                                   CanvasBackground::white, CanvasBackground::transparent));
 }
 
 }  // namespace

@@ -39,7 +39,9 @@ struct FakePlatform {
 
   platform::Services services() { return services(savePanel); }
   /// With another save panel, which outlives what it is given to.
-  platform::Services services(platform::SavePanel& panel) {
+  platform::Services services(platform::SavePanel& panel) { return services(panel, videoWriters); }
+  /// With video writers of another kind, too.
+  platform::Services services(platform::SavePanel& panel, platform::VideoWriterFactory& writers) {
     return {
         .clock = clock,
         .mainQueue = mainQueue,
@@ -47,7 +49,7 @@ struct FakePlatform {
         .savePanel = panel,
         .pictureEncoder = pictureEncoder,
         .files = files,
-        .videoWriters = videoWriters,
+        .videoWriters = writers,
         .calendar = calendar,
         .folders = folders,
         .handPoseRequest = handPoseRequest,

@@ -36,6 +36,7 @@ struct ScriptedHand {
   double right = 1;      ///< What the networks believe.
   double presence = 1;   ///< 0: it is gone.
   bool isFound = true;   ///< False: only a closer look can see it.
+  double found = 0.9;    ///< How surely the search sees it.
   bool isFront = false;  ///< Covers any other hand whose middle it reaches.
 };
 
@@ -55,7 +56,8 @@ class ScriptedHandVision final : public platform::handpose::HandVision {
     std::vector<platform::handpose::HandCandidate> candidates;
     for (const auto& box : phantoms) candidates.push_back({box, 0.95, 0.5});
     for (const ScriptedHand& hand : hands) {
-      if (hand.isFound && hand.presence > 0) candidates.push_back({hand.box, 0.9, hand.right});
+      if (hand.isFound && hand.presence > 0)
+        candidates.push_back({hand.box, hand.found, hand.right});
     }
     return candidates;
   }

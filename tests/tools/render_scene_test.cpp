@@ -26,11 +26,17 @@ class RenderScene : public testing::Test {
   /// The exit status of the tool for a scene file with this text.
   int run(const std::string& text) {
     std::ofstream(folder_ / "scene.json") << text;
-    const std::string command = std::string(RENDER_SCENE) + " '" +
-                                (folder_ / "scene.json").string() + "' '" + picture().string() +
-                                "' 2> '" + (folder_ / "said").string() + "'";
-    return WEXITSTATUS(std::system(command.c_str()));
+    return runOn(folder_ / "scene.json");
   }
+
+  int runOn(const fs::path& scene) {
+    const std::string command = std::string(RENDER_SCENE) + " '" + scene.string() + "' '" +
+                                picture().string() + "' 2> '" + (folder_ / "said").string() + "'";
+    const int status = std::system(command.c_str());
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+
+  fs::path folder() const { return folder_; }
 
   std::string said() const {
     std::ifstream stream(folder_ / "said");
@@ -61,6 +67,12 @@ TEST_F(RenderScene, AMalformedSceneGivesTheFieldStatusTwoAndNoPicture) {
 
   EXPECT_NE(said().find("background must be text"), std::string::npos) << said();
   EXPECT_FALSE(fs::exists(picture()));
+}
+
+TEST_F(RenderScene, AFolderIsNoScene) {
+  EXPECT_EQ(runOn(folder()), 2);
+
+  EXPECT_NE(said().find("cannot be read"), std::string::npos) << said();
 }
 
 }  // namespace

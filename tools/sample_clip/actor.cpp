@@ -16,12 +16,6 @@ constexpr int kLeft = 0;
 constexpr int kRight = 1;
 constexpr int kSamplesPerPixel = 2;  // Each way, as the studio draws.
 
-/// Focal length of a webcam in picture heights.
-constexpr float kFocalLength = 1.1f;
-/// The hands are held so far before the shoulders, and the camera stands so far above them.
-constexpr float kHandsInFront = 3.0f;
-constexpr float kCameraAbove = 0.7f;
-
 // The detector reports the wrist and the middle knuckle a little nearer to each other than the
 // labels are; see the training's description of its joints.
 constexpr float kWristInwards = 0.12f;
@@ -42,14 +36,24 @@ HandPose openedFrom(const HandPose& pinched) {
   return between(pinched, stretched, 0.5f);
 }
 
-/// Thumb and index finger touch, the others are at ease.
-HandPose pinchedFrom(const HandRig& rig, Random& random) {
+/// Thumb and index finger touch, the others are at ease: straight, or folded, or in between.
+HandPose pinchedFrom(const HandRig& rig, float curl, Random& random) {
   HandPose pose = randomHandPose(rig, Gesture::pinch, random);
   for (int f = 2; f < kFingers; ++f) {
-    pose.flex[f][0] = radians(18 + 8.0f * static_cast<float>(f - 2));
-    pose.flex[f][1] = radians(34);
-    pose.flex[f][2] = radians(20);
+    pose.flex[f][0] = radians(2 + 40 * curl + 8.0f * static_cast<float>(f - 2));
+    pose.flex[f][1] = radians(10 + 60 * curl);
+    pose.flex[f][2] = radians(4 + 40 * curl);
     pose.spread[f] = 0;
+  }
+  return pose;
+}
+
+/// All fingers as far apart as somebody holds them who means it.
+HandPose spreadFrom(const HandRig& rig, Random& random) {
+  HandPose pose = randomHandPose(rig, Gesture::openSpread, random);
+  const float degrees[] = {0, 11, 1, -8, -18};
+  for (int f = 1; f < kFingers; ++f) {
+    pose.spread[f] = radians(degrees[f]) * random.between(1.0f, 1.4f);
   }
   return pose;
 }
@@ -77,27 +81,29 @@ platform::HandObservation observed(const HandLabel& label, std::size_t side, int
 
 }  // namespace
 
-Actor::Actor(const std::string& humanFolder, std::uint64_t seed)
-    : seed_(seed),
+Actor::Actor(const std::string& humanFolder, const Casting& casting)
+    : casting_(casting),
       human_(humanFolder),
       studio_(human_),
-      random_(seed),
+      random_(casting.seed),
       body_(human_.randomBody(random_)),
       rig_(body_, human_),
       look_(random_),
-      pinched_(pinchedFrom(rig_, random_)),
+      pinched_(pinchedFrom(rig_, casting.curl, random_)),
       opened_(openedFrom(pinched_)),
-      spread_(randomHandPose(rig_, Gesture::openSpread, random_)) {
-  pose_.head = about(body_.neck, rotation({1, 0, 0}, radians(4)));
+      spread_(spreadFrom(rig_, random_)),
+      atEase_(randomHandPose(rig_, Gesture::relaxed, random_)) {
   for (ArmPose& arm : pose_.arms) arm.wristFlex = radians(10);
 }
 
 Shot Actor::film(const Moment& moment, int width, int height) {
   const Camera camera = cameraFor(moment, height);
+  pose_.head = about(body_.neck, rotation({0, 1, 0}, static_cast<float>(moment.headTurned)) *
+                                     rotation({1, 0, 0}, radians(4)));
   write(moment.right, camera);
-  raise(moment.leftRaised, camera);
+  raise(moment, camera);
   const Person person = posedPerson(human_, body_, rig_, pose_);
-  Random light(seed_);
+  Random light(casting_.seed);
   const Record record =
       studio_.take(person, camera, look_, width, height, person.shoulder + Vec3{0, 0, 2}, 6, light);
   Shot shot{pixels::Surface(width, height), {}};
@@ -117,19 +123,29 @@ Shot Actor::film(const Moment& moment, int width, int height) {
 /// Stands before the person, nearer for a larger hand.
 Camera Actor::cameraFor(const Moment& moment, int height) const {
   const float handLength = rig_.size * (1 - kWristInwards - kKnuckleInwards);
-  const float depth = kFocalLength * handLength / static_cast<float>(moment.right.size);
+  const float depth = casting_.focalLength * handLength / static_cast<float>(moment.right.size);
   const Vec3 shoulder = rig_.head[kUpperArm1];
-  const Vec3 from{0, shoulder.y + kCameraAbove, shoulder.z + kHandsInFront + depth};
+  const Vec3 from{0, shoulder.y + casting_.cameraAbove, shoulder.z + casting_.handsInFront + depth};
+  Rigid straight;
+  straight.row[0] = {1, 0, 0};
+  straight.row[1] = {0, -1, 0};
+  straight.row[2] = {0, 0, -1};
   Camera camera;
-  camera.fromSpace.row[0] = {1, 0, 0};
-  camera.fromSpace.row[1] = {0, -1, 0};
-  camera.fromSpace.row[2] = {0, 0, -1};
+  camera.fromSpace = rotation({0, 0, 1}, casting_.cameraRoll) *
+                     rotation({1, 0, 0}, casting_.cameraDown) *
+                     rotation({0, 1, 0}, casting_.cameraLeft) * straight;
   camera.fromSpace.shift = -camera.fromSpace.turned(from);
   const auto samples = static_cast<float>(height * kSamplesPerPixel);
-  camera.xx = camera.yy = kFocalLength * samples;
+  camera.xx = camera.yy = casting_.focalLength * samples;
   camera.originX = 0.5f * static_cast<float>(kAspect) * samples;
   camera.originY = 0.5f * samples;
   return camera;
+}
+
+Vec3 Actor::placeAt(strokes::Point onCanvas, float depth, const Camera& camera) const {
+  const Vec3 seen{static_cast<float>((0.5 - onCanvas.x) * kAspect) / casting_.focalLength,
+                  static_cast<float>(onCanvas.y - 0.5) / casting_.focalLength, 1};
+  return camera.fromSpace.turnedBack(seen * depth - camera.fromSpace.shift);
 }
 
 void Actor::write(const WritingHand& right, const Camera& camera) {
@@ -137,17 +153,13 @@ void Actor::write(const WritingHand& right, const Camera& camera) {
   const auto opening = static_cast<float>((right.opening - kPinched) / (kOpen - kPinched));
   arm.hand = between(pinched_, opened_, opening);
 
-  // In the mirror image, where the right arm is a left one and the canvas is the picture.
-  const Vec3 camera0 = camera.fromSpace.turnedBack(-camera.fromSpace.shift);
-  const float shoulderZ = rig_.head[kUpperArm1].z;
-  const float depth = camera0.z - (shoulderZ + kHandsInFront);
-  const Vec3 pen{depth / kFocalLength * static_cast<float>((right.pen.x - 0.5) * kAspect),
-                 camera0.y - depth / kFocalLength * static_cast<float>(right.pen.y - 0.5),
-                 shoulderZ + kHandsInFront};
-  Vec3 wrist = pen - Vec3{0, 1.1f * rig_.size, 0};
+  // The right arm is posed as the left one of the mirror image.
+  const Vec3 inFront{0, rig_.head[kUpperArm1].y, rig_.head[kUpperArm1].z + casting_.handsInFront};
+  Vec3 wrist = mirrored(placeAt(right.pen, camera.fromSpace(inFront).z, camera)) -
+               Vec3{0, 1.1f * rig_.size, 0};
   for (int i = 0; i < 6; ++i) {
     reachFor(rig_, wrist, arm);
-    turnHand(rig_, normalized({-0.55f, -0.05f, 1}), normalized({-0.1f, 1, 0.1f}), arm);
+    turnHand(rig_, casting_.palm, casting_.up, arm);
     ArmTransforms t;
     rig_.pose(arm, t);
     const auto joint = [&](std::size_t label) {
@@ -155,23 +167,24 @@ void Actor::write(const WritingHand& right, const Camera& camera) {
           rig_.labels()[label]);
     };
     const Vec3 tips = (joint(4) + joint(8)) * 0.5f;
-    // Along the line of sight, so that the tips are seen at the right place at once.
-    const float nearer = (camera0.z - tips.z) / depth;
-    wrist += Vec3{pen.x * nearer, camera0.y + (pen.y - camera0.y) * nearer, tips.z} - tips;
+    // To where the tips are seen at the right point, as deep as they are.
+    const float depth = camera.fromSpace(mirrored(tips)).z;
+    wrist += mirrored(placeAt(right.pen, depth, camera)) - tips;
   }
 }
 
-void Actor::raise(double raised, const Camera& camera) {
+void Actor::raise(const Moment& moment, const Camera& camera) {
   ArmPose& arm = pose_.arms[kLeft];
-  arm.hand = spread_;
-  const Vec3 camera0 = camera.fromSpace.turnedBack(-camera.fromSpace.shift);
-  const float shoulderZ = rig_.head[kUpperArm1].z;
-  const float depth = camera0.z - (shoulderZ + kHandsInFront - 0.6f);
-  const auto up = static_cast<float>(-0.95 + 0.72 * raised);
-  const Vec3 wrist{0.33f * static_cast<float>(kAspect) * depth / kFocalLength,
-                   camera0.y + up * depth / kFocalLength, shoulderZ + kHandsInFront - 0.6f};
-  reachFor(rig_, wrist, arm);
-  turnHand(rig_, {0, 0, 1}, normalized({0.1f, 1, 0.1f}), arm);
+  const auto raised = static_cast<float>(moment.leftRaised);
+  arm.hand = between(atEase_, moment.left == OtherHand::spread ? spread_ : atEase_,
+                     smoothStep(0.2f, 0.7f, raised));
+  const Vec3 shoulder = rig_.head[kUpperArm1];
+  const Vec3 inFront{0, shoulder.y, shoulder.z + casting_.handsInFront - 0.6f};
+  const Vec3 down = shoulder + Vec3{0.7f, -4.4f, 0.8f};
+  const Vec3 up = placeAt(casting_.otherHandAt, camera.fromSpace(inFront).z, camera);
+  reachFor(rig_, mix(down, up, raised), arm);
+  turnHand(rig_, normalized(mix({-0.5f, 0, 0.6f}, casting_.otherPalm, raised)),
+           normalized(mix({0.1f, -1, 0.4f}, {0.1f, 1, 0.1f}, smoothStep(0, 0.6f, raised))), arm);
 }
 
 }  // namespace sample_clip

@@ -1,13 +1,12 @@
 #pragma once
 
-#include <array>
-#include <cstdint>
 #include <string>
 #include <vector>
 
 #include "pixels/surface.h"
 #include "platform/hand_pose_request.h"
-#include "tools/sample_clip/choreography.h"
+#include "tools/sample_clip/casting.h"
+#include "tools/sample_clip/performance.h"
 #include "training/render/person.h"
 #include "training/render/studio.h"
 
@@ -19,21 +18,24 @@ struct Shot {
   std::vector<platform::HandObservation> hands;  ///< Those in the picture, where they really are.
 };
 
-/// A rendered person who performs before a camera. The same seed gives the same person and light.
+/// A rendered person who performs before a camera. The same casting gives the same pictures.
 class Actor {
  public:
   /// Reads the rigged mesh in `humanFolder`; throws std::runtime_error when something is missing.
-  Actor(const std::string& humanFolder, std::uint64_t seed);
+  Actor(const std::string& humanFolder, const Casting& casting);
 
   /// Follows from the moment filmed before: a hand moves on from where it was.
   Shot film(const Moment& moment, int width, int height);
 
  private:
   training::render::Camera cameraFor(const Moment& moment, int height) const;
+  /// The place that is seen at a point of the canvas, so deep before the camera.
+  training::render::Vec3 placeAt(strokes::Point onCanvas, float depth,
+                                 const training::render::Camera& camera) const;
   void write(const WritingHand& right, const training::render::Camera& camera);
-  void raise(double raised, const training::render::Camera& camera);
+  void raise(const Moment& moment, const training::render::Camera& camera);
 
-  std::uint64_t seed_;
+  Casting casting_;
   training::render::Human human_;
   training::render::Studio studio_;
   training::render::Random random_;
@@ -43,6 +45,7 @@ class Actor {
   training::render::HandPose pinched_;
   training::render::HandPose opened_;
   training::render::HandPose spread_;
+  training::render::HandPose atEase_;
   training::render::PersonPose pose_;
 };
 

@@ -9,7 +9,7 @@ install_packages build run test
 build_preset release sample_clip
 folder=$(mktemp -d)
 trap 'rm -r "$folder"' EXIT
-build/release/bin/sample_clip "$human" "$folder" 2
+build/release/bin/sample_clip "$human" "$folder"
 gst-launch-1.0 -q filesrc location="$folder/frames.bgra" \
   ! rawvideoparse format=bgra width=640 height=360 framerate=30/1 \
   ! videoconvert ! video/x-raw,format=I420 \

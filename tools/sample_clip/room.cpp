@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdint>
 
-#include "tools/sample_clip/choreography.h"
+#include "tools/sample_clip/performance.h"
 
 namespace sample_clip {
 namespace {

@@ -2,18 +2,13 @@
 
 #include <limits>
 
+#include "finger_collision.h"
+#include "thumb_reach.h"
+
 namespace training::render {
 namespace {
 
 enum class Curl { open, relaxed, folded, any, hooked };
-
-/// Where the thumb's pad shall go: to a finger's pad, or to a place fixed to a bone.
-struct ThumbTarget {
-  int finger = 0;  ///< 0: fixed place.
-  float gap = 0;   ///< Decimetres between the pads.
-  int bone = 0;
-  Vec3 place, normal;  ///< At rest.
-};
 
 /// A pose still without the check for collisions.
 struct Draft {
@@ -85,74 +80,6 @@ void thumbAnywhere(HandPose& pose, Random& random) {
   pose.thumbTwist = radians(random.between(-20, 30));
   pose.flex[0][1] = radians(random.between(-8, 50));
   pose.flex[0][2] = radians(random.between(-15, 70));
-}
-
-/// An angle that the search may change, with its anatomical limits in degrees.
-struct Free {
-  float* angle;
-  float low, high, start;
-};
-
-/// Moves the thumb (and the finger it meets) until the thumb's pad is where it shall be.
-/// Coordinate search with shrinking steps; the first pose is what it stays close to.
-float reach(const HandRig& rig, HandPose& pose, const ThumbTarget& target) {
-  std::vector<Free> free = {{&pose.thumbFlex, -32, 58, 0},
-                            {&pose.thumbSide, -38, 45, 0},
-                            {&pose.thumbTwist, -25, 55, 0},
-                            {&pose.flex[0][1], -10, 62, 0},
-                            {&pose.flex[0][2], -20, 82, 0}};
-  const int f = target.finger;
-  if (f > 0) {
-    free.push_back({&pose.flex[f][0], -20, 92, 0});
-    free.push_back({&pose.flex[f][1], 0, 112, 0});
-    free.push_back({&pose.flex[f][2], 0, 80, 0});
-    free.push_back({&pose.spread[f], -18, 18, 0});
-  }
-  for (Free& x : free) x.start = *x.angle;
-  ArmTransforms t;
-  rig.pose({Rigid{}, 0, 0, 0, 0, pose}, t);
-  const Vec3 thumbPad = rig.pad(0), fingerPad = f > 0 ? rig.pad(f) : target.place;
-  const auto otherBone = static_cast<size_t>(f > 0 ? fingerBone(f, 2) : target.bone);
-  const Vec3 otherNormal = f > 0 ? rig.padNormal[f][2] : target.normal;
-  const auto distance = [&] {
-    rig.poseFinger(pose, 0, t);
-    if (f > 0) rig.poseFinger(pose, f, t);
-    return length(t[fingerBone(0, 2)](thumbPad) - t[otherBone](fingerPad));
-  };
-  const auto cost = [&] {
-    const float miss = distance() - target.gap;
-    const float facing =
-        1 + dot(t[fingerBone(0, 2)].turned(rig.padNormal[0][2]), t[otherBone].turned(otherNormal));
-    float sum = 60 * miss * miss + (target.gap > 0.3f ? 0.02f : 0.12f) * facing * facing;
-    for (const Free& x : free) sum += 0.03f * (*x.angle - x.start) * (*x.angle - x.start);
-    return sum;
-  };
-  float best = cost();
-  for (float step = 0.3f; step > 0.01f; step *= 0.6f) {
-    for (int sweep = 0; sweep < 2; ++sweep) {
-      for (Free& x : free) {
-        for (const float way : {step, -step}) {
-          const float before = *x.angle;
-          *x.angle = std::clamp(before + way, radians(x.low), radians(x.high));
-          const float now = cost();
-          if (now < best) {
-            best = now;
-            break;
-          }
-          *x.angle = before;
-        }
-      }
-    }
-  }
-  return std::abs(distance() - target.gap);
-}
-
-/// A place on the back or side of a finger's bone for the thumb to rest on.
-ThumbTarget onFinger(const HandRig& rig, int finger, int joint, float share) {
-  const auto bone = static_cast<size_t>(fingerBone(finger, joint));
-  const Vec3 out = -rig.padNormal[finger][joint];
-  return {0, 0, static_cast<int>(bone),
-          mix(rig.head[bone], rig.tail[bone], share) + out * rig.radius[finger][joint], out};
 }
 
 Draft foldedHand(const HandRig& rig, bool isPointing, Random& random) {
@@ -322,60 +249,6 @@ Draft draftOf(const HandRig& rig, Gesture gesture, Random& random) {
     default:
       return simpleHand(gesture, random);
   }
-}
-
-float segmentDistance(Vec3 p, Vec3 q, Vec3 r, Vec3 s) {
-  const Vec3 u = q - p, v = s - r, w = p - r;
-  const float a = dot(u, u), b = dot(u, v), c = dot(v, v), d = dot(u, w), e = dot(v, w);
-  const float denominator = a * c - b * b;
-  float x = denominator > 1e-9f ? std::clamp((b * e - c * d) / denominator, 0.0f, 1.0f) : 0.0f;
-  float y = (b * x + e) / c;
-  if (y < 0 || y > 1) {
-    y = std::clamp(y, 0.0f, 1.0f);
-    x = std::clamp((b * y - d) / a, 0.0f, 1.0f);
-  }
-  return length(w + u * x - v * y);
-}
-
-/// How deep fingers lie in each other and in the palm, summed, as capsules.
-float penetration(const HandRig& rig, const HandPose& pose, int contact) {
-  ArmTransforms t;
-  rig.pose({Rigid{}, 0, 0, 0, 0, pose}, t);
-  Vec3 knuckle[kFingers][4];
-  for (int f = 0; f < kFingers; ++f) {
-    for (int j = 0; j < 3; ++j) {
-      const auto bone = static_cast<size_t>(fingerBone(f, j));
-      knuckle[f][j] = t[bone](rig.head[bone]);
-      knuckle[f][j + 1] = t[bone](rig.tail[bone]);
-    }
-  }
-  float sum = 0;
-  for (int f = 0; f < kFingers; ++f) {
-    for (int g = f + 1; g < kFingers; ++g) {
-      for (int i = f == 0 ? 1 : 0; i < 3; ++i) {
-        for (int j = i == 0 ? 1 : 0; j < 3; ++j) {
-          const float softness = f == 0 && g == contact  ? 0.45f
-                                 : f == 0 && contact > 0 ? 0.7f
-                                                         : 0.88f;
-          const float apart = softness * (rig.radius[f][i] + rig.radius[g][j]);
-          sum += std::max(0.0f, apart - segmentDistance(knuckle[f][i], knuckle[f][i + 1],
-                                                        knuckle[g][j], knuckle[g][j + 1]));
-        }
-      }
-    }
-  }
-  for (int m = 0; m < 4; ++m) {
-    const auto bone = static_cast<size_t>(kMetacarpal + m);
-    const Vec3 root = t[bone](rig.head[bone]), end = t[bone](rig.tail[bone]);
-    for (int f = 0; f < kFingers; ++f) {
-      const Vec3 stop = f == 0 ? end : mix(root, end, 0.85f);
-      for (int j = 1; j < 3; ++j) {
-        sum += std::max(0.0f, rig.radius[f][j] + 0.04f -
-                                  segmentDistance(knuckle[f][j], knuckle[f][j + 1], root, stop));
-      }
-    }
-  }
-  return sum;
 }
 
 }  // namespace

@@ -139,8 +139,8 @@ void paintDecoy(Picture& picture, Random& random) {
 
 }  // namespace
 
-Record randomRoom(Random& random) {
-  Picture picture(kSceneWidth, kSceneHeight);
+Record randomRoom(Random& random, int width, int height) {
+  Picture picture(width, height);
   paintWall(picture, random);
   const int things = random.chance(0.2f) ? 0 : 1 + random.below(random.chance(0.5f) ? 6 : 22);
   for (int i = 0; i < things; ++i) {
@@ -158,11 +158,11 @@ Record randomRoom(Random& random) {
     }
   }
   Record record;
-  record.pixels.resize(static_cast<size_t>(4 * kSceneWidth * kSceneHeight));
-  for (int y = 0; y < kSceneHeight; ++y) {
-    for (int x = 0; x < kSceneWidth; ++x) {
+  record.pixels.resize(static_cast<size_t>(4 * width * height));
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
       const Vec3 c = picture.at(x, y);
-      uint8_t* pixel = &record.pixels[static_cast<size_t>(4 * (y * kSceneWidth + x))];
+      uint8_t* pixel = &record.pixels[static_cast<size_t>(4 * (y * width + x))];
       const auto byte = [](float v) {
         return static_cast<uint8_t>(std::lround(255 * std::clamp(v, 0.0f, 1.0f)));
       };

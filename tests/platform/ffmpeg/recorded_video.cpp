@@ -6,6 +6,7 @@ extern "C" {
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <fstream>
 #include <limits>
 #include <utility>
@@ -59,6 +60,41 @@ pixels::Surface toSurface(const AVFrame& frame) {
   return surface;
 }
 
+std::vector<std::uint8_t> withoutPadding(const AVFrame& frame, int plane) {
+  const int width = plane == 0 ? frame.width : frame.width / 2;
+  const int height = plane == 0 ? frame.height : frame.height / 2;
+  std::vector<std::uint8_t> samples;
+  for (int y = 0; y < height; ++y) {
+    const std::uint8_t* row =
+        frame.data[plane] + static_cast<std::ptrdiff_t>(y) * frame.linesize[plane];
+    samples.insert(samples.end(), row, row + width);
+  }
+  return samples;
+}
+
+Planes planesOf(const AVFrame& frame) {
+  return {withoutPadding(frame, 0), withoutPadding(frame, 1), withoutPadding(frame, 2)};
+}
+
+FramePtr toFrame(const pixels::Surface& picture) {
+  FramePtr frame(av_frame_alloc());
+  frame->format = AV_PIX_FMT_YUV420P;
+  frame->width = picture.width();
+  frame->height = picture.height();
+  if (av_frame_get_buffer(frame.get(), static_cast<int>(kI420Alignment)) < 0) std::abort();
+  const auto plane = [&](int i) {
+    return Plane{frame->data[i], static_cast<std::size_t>(frame->linesize[i])};
+  };
+  convertBgraToI420(picture, {plane(0), plane(1), plane(2)});
+  return frame;
+}
+
+/// Of values up to 255.
+double psnrOf(double squares, double count) {
+  if (squares == 0) return std::numeric_limits<double>::infinity();
+  return 10 * std::log10(255.0 * 255.0 * count / squares);
+}
+
 std::vector<std::string> boxesOf(const std::filesystem::path& path) {
   std::vector<std::string> names;
   std::ifstream file(path, std::ios::binary);
@@ -92,9 +128,13 @@ void decode(AVFormatContext& input, AVCodecContext& decoder, Pictures pictures,
     av_packet_unref(packet.get());
     if (code < 0) break;
     while ((code = avcodec_receive_frame(&decoder, frame.get())) >= 0) {
-      video.frames.push_back({frame->pts, frame->key_frame != 0,
-                              av_get_picture_type_char(frame->pict_type),
-                              pictures == Pictures::keep ? toSurface(*frame) : pixels::Surface()});
+      RecordedVideo::Frame& seen = video.frames.emplace_back();
+      seen.time = frame->pts;
+      seen.isKey = frame->key_frame != 0;
+      seen.kind = av_get_picture_type_char(frame->pict_type);
+      if (pictures == Pictures::leaveOut) continue;
+      seen.picture = toSurface(*frame);
+      seen.planes = planesOf(*frame);
     }
     if (code == AVERROR_EOF) return;
     if (code == AVERROR(EAGAIN)) code = 0;
@@ -146,30 +186,45 @@ RecordedVideo readVideo(const std::filesystem::path& path, Pictures pictures) {
   return video;
 }
 
+Planes planesOf(const pixels::Surface& picture) {
+  return planesOf(*toFrame(picture));
+}
+
 pixels::Surface withHalvedColor(const pixels::Surface& picture) {
-  const FramePtr frame(av_frame_alloc());
-  frame->format = AV_PIX_FMT_YUV420P;
-  frame->width = picture.width();
-  frame->height = picture.height();
-  if (av_frame_get_buffer(frame.get(), static_cast<int>(kI420Alignment)) < 0) return {};
-  const auto plane = [&](int i) {
-    return Plane{frame->data[i], static_cast<std::size_t>(frame->linesize[i])};
-  };
-  convertBgraToI420(picture, {plane(0), plane(1), plane(2)});
-  return toSurface(*frame);
+  return toSurface(*toFrame(picture));
 }
 
 double psnr(const pixels::Surface& a, const pixels::Surface& b) {
-  double sum = 0;
+  double squares = 0;
   for (int y = 0; y < a.height(); ++y) {
     for (int x = 0; x < 4 * a.width(); ++x) {
       if (x % 4 == 3) continue;
       const double difference = a.row(y)[x] - b.row(y)[x];
-      sum += difference * difference;
+      squares += difference * difference;
     }
   }
-  if (sum == 0) return std::numeric_limits<double>::infinity();
-  return 10 * std::log10(255.0 * 255.0 * 3 * a.width() * a.height() / sum);
+  return psnrOf(squares, 3.0 * a.width() * a.height());
+}
+
+double brightnessPsnr(const pixels::Surface& a, const pixels::Surface& b) {
+  double squares = 0;
+  for (int y = 0; y < a.height(); ++y) {
+    for (int x = 0; x < a.width(); ++x) {
+      const auto channel = [&](int i) { return a.row(y)[4 * x + i] - b.row(y)[4 * x + i]; };
+      const double difference = 0.0722 * channel(0) + 0.7152 * channel(1) + 0.2126 * channel(2);
+      squares += difference * difference;
+    }
+  }
+  return psnrOf(squares, 1.0 * a.width() * a.height());
+}
+
+double psnr(const std::vector<std::uint8_t>& a, const std::vector<std::uint8_t>& b) {
+  double squares = 0;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    const double difference = a[i] - b[i];
+    squares += difference * difference;
+  }
+  return psnrOf(squares, static_cast<double>(a.size()));
 }
 
 }  // namespace support

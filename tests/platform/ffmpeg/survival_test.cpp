@@ -113,25 +113,34 @@ double lastTimeIn(const RecordedVideo& video) {
   return video.frames.empty() ? 0 : static_cast<double>(video.frames.back().time) / 600;
 }
 
+/// What a killed recording left behind.
+struct Remains {
+  RecordedVideo video;
+  double lostSeconds = 0;  ///< Drawn and not in the file.
+};
+
+/// Starts a recording of `seconds` and kills it at a random moment of the `window` seconds that
+/// begin when it says `word`.
+Remains killedRecording(const std::filesystem::path& path, double seconds, const char* word,
+                        double window) {
+  RecordingProcess process(path, seconds);
+  EXPECT_TRUE(process.waitFor(word));
+  sleepFor(randomSeconds(0, window));
+  process.kill();
+  const double drawn = process.lastFrame();
+  Remains remains{readVideo(path, Pictures::leaveOut)};
+  remains.lostSeconds = drawn - lastTimeIn(remains.video);
+  EXPECT_EQ(remains.video.error, "");
+  EXPECT_LE(remains.lostSeconds, kMostLostSeconds) << "of " << drawn << " s";
+  return remains;
+}
+
 TEST(Survival, ARecordingThatIsKilledPlaysUpToTheLastSecond) {
   const support::TemporaryFolder folder;
   const int kills = timesFromEnvironment("WAVESCRIBE_KILLS", 10);
   double mostLost = 0;
-  for (int i = 0; i < kills; ++i) {
-    const std::filesystem::path path = folder / "killed.mp4";
-    RecordingProcess process(path, 60);
-    ASSERT_TRUE(process.waitFor("frame"));
-    sleepFor(randomSeconds(0, 4));
-
-    process.kill();
-
-    const double drawn = process.lastFrame();
-    const RecordedVideo video = readVideo(path, Pictures::leaveOut);
-    EXPECT_EQ(video.error, "");
-    const double lost = drawn - lastTimeIn(video);
-    EXPECT_LE(lost, kMostLostSeconds) << "of " << drawn << " s";
-    mostLost = std::max(mostLost, lost);
-  }
+  for (int i = 0; i < kills; ++i)
+    mostLost = std::max(mostLost, killedRecording(folder / "a.mp4", 60, "frame", 4).lostSeconds);
   std::printf("%d recordings killed, at most %.2f s lost\n", kills, mostLost);
 }
 
@@ -140,18 +149,9 @@ TEST(Survival, ARecordingThatIsKilledWhileItIsFinishedIsComplete) {
   const int kills = timesFromEnvironment("WAVESCRIBE_KILLS", 10) / 2;
   int progressive = 0;
   for (int i = 0; i < kills; ++i) {
-    const std::filesystem::path path = folder / "killed.mp4";
-    RecordingProcess process(path, 1.5);
-    ASSERT_TRUE(process.waitFor("stopping"));
-    sleepFor(randomSeconds(0, 0.6));
-
-    process.kill();
-
-    const double drawn = process.lastFrame();
-    const RecordedVideo video = readVideo(path, Pictures::leaveOut);
-    EXPECT_EQ(video.error, "");
-    EXPECT_LE(drawn - lastTimeIn(video), kMostLostSeconds);
-    if (std::ranges::count(video.boxes, "moof") == 0) ++progressive;
+    const Remains remains = killedRecording(folder / "a.mp4", 1.5, "stopping", 0.6);
+    if (std::ranges::count(remains.video.boxes, "moof") == 0) ++progressive;
+    EXPECT_LE(folder.names().size(), 2u);  // What the kill before left behind is gone.
   }
   std::printf("%d finishing recordings killed, %d already progressive\n", kills, progressive);
 }

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <numbers>
+#include <string>
 
 #include "tests/support/scripted_hand_vision.h"
 
@@ -12,10 +14,10 @@ namespace {
 
 using test_support::openHand;
 
-class HandBoxAtAngle : public testing::TestWithParam<double> {};
+class HandBoxTurnedBy : public testing::TestWithParam<int> {};
 
-TEST_P(HandBoxAtAngle, IsFoundAgainFromTheJointsInIt) {
-  const HandBox box{{320, 150}, 120, GetParam()};
+TEST_P(HandBoxTurnedBy, IsFoundAgainFromTheJointsInIt) {
+  const HandBox box{{320, 150}, 120, GetParam() * std::numbers::pi / 180};
   const HandBox found = boxOf(openHand(box));
   EXPECT_NEAR(found.centre.x, box.centre.x, 1e-9);
   EXPECT_NEAR(found.centre.y, box.centre.y, 1e-9);
@@ -23,8 +25,12 @@ TEST_P(HandBoxAtAngle, IsFoundAgainFromTheJointsInIt) {
   EXPECT_NEAR(std::remainder(found.angle - box.angle, 2 * std::numbers::pi), 0, 1e-9);
 }
 
-INSTANTIATE_TEST_SUITE_P(Angles, HandBoxAtAngle,
-                         testing::Values(0, 0.3, -0.7, 1.57, 3.1, -3.1, -2));
+INSTANTIATE_TEST_SUITE_P(EveryWay, HandBoxTurnedBy,
+                         testing::Values(0, 17, 90, 178, -178, -115, -40), [](const auto& angle) {
+                           const int degrees = angle.param;
+                           return std::to_string(std::abs(degrees)) +
+                                  (degrees < 0 ? "DegreesLeft" : "DegreesRight");
+                         });
 
 TEST(HandBox, AHandPointingRightIsTurnedAQuarterClockwise) {
   Landmarks hand = openHand({{0, 0}, 1, 0});

@@ -9,8 +9,8 @@ namespace {
 
 using test_support::openHand;
 
-HandReading readingAt(double x, double size, double right = 0.95) {
-  return {openHand({{x, 200}, size, 0}), 0.9, right};
+HandReading readingAt(double x, double size, double right = 0.95, double presence = 0.9) {
+  return {openHand({{x, 200}, size, 0}), presence, right};
 }
 
 TEST(HandTrack, LooksNextWhereTheJointsWere) {
@@ -49,6 +49,20 @@ TEST(HandTrack, AMissedHandStaysWhereItWasWithLessScore) {
   EXPECT_LT(after.score, before.score);
   track.follow(readingAt(100, 80));
   EXPECT_EQ(track.misses(), 0);
+}
+
+TEST(HandTrack, IsAPhantomAfterThreeSearchesInARowThatDidNotConfirmIt) {
+  HandTrack track(1, readingAt(100, 80, 0.95, 0.6), {});
+  for (double found : {0.0, 0.3, 0.9, 0.3, 0.0}) track.confirm(found);
+  EXPECT_FALSE(track.isPhantom());
+  track.confirm(0.3);
+  EXPECT_TRUE(track.isPhantom());
+}
+
+TEST(HandTrack, OnceReadSurelyItIsNoPhantom) {
+  HandTrack track(1, readingAt(100, 80, 0.95, 0.95), {});
+  for (int search = 0; search < 10; ++search) track.confirm(0);
+  EXPECT_FALSE(track.isPhantom());
 }
 
 }  // namespace

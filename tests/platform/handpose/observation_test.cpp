@@ -49,5 +49,18 @@ TEST(Observation, ReportsWristAndKnuckleWhereTheGestureRulesExpectThem) {
   EXPECT_EQ(observation.chirality, Chirality::right);
 }
 
+TEST(Observation, ALeftHandIsReportedAsTheMirrorImageOfARightOne) {
+  const TrackedHand right = rightHand();
+  TrackedHand left = right;
+  left.chirality = Chirality::left;
+  for (Landmark& landmark : left.landmarks) landmark.at.x = 640 - landmark.at.x;
+  const HandObservation ofRight = observationOf(right, 640, 360);
+  const HandObservation ofLeft = observationOf(left, 640, 360);
+  for (HandJoint joint : kAllHandJoints) {
+    EXPECT_DOUBLE_EQ(ofLeft[joint]->x, 1 - ofRight[joint]->x);
+    EXPECT_DOUBLE_EQ(ofLeft[joint]->y, ofRight[joint]->y);
+  }
+}
+
 }  // namespace
 }  // namespace platform::handpose

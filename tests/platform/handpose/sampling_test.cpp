@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <string>
 #include <vector>
 
 namespace platform::handpose {
@@ -52,7 +53,10 @@ TEST_P(SampledCropOf, ShowsEachPlaceWhereTheGeometryPutsIt) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Sides, SampledCropOf, testing::Values(20, 64, 100, 129, 170));
+INSTANTIATE_TEST_SUITE_P(EverySize, SampledCropOf, testing::Values(20, 64, 100, 129, 170),
+                         [](const auto& side) {
+                           return std::to_string(static_cast<int>(side.param)) + "Pixels";
+                         });
 
 TEST(SampledCrop, RepeatsTheBorderBeyondThePicture) {
   const cv::Mat crop = sample(ramp(50, 40, 3), HandCrop{{50, 20}, 32, 0}, 32);
