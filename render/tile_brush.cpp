@@ -13,7 +13,7 @@ void KeptMasks::keep(const SharpMasks& masks) {
   rows_.resize(hasCore_ ? 2 * count : count);
   if (count == 0) return;
   std::memcpy(rows_.data(), masks.body, count * sizeof(Row));
-  if (hasCore_) std::memcpy(rows_.data() + count, masks.core, count * sizeof(Row));
+  if (masks.core) std::memcpy(rows_.data() + count, masks.core, count * sizeof(Row));
 }
 
 SharpMasks KeptMasks::masks() const {
