@@ -100,8 +100,11 @@ void Timeline::report(std::ostream& out) const {
   const auto add = [&](const char* name, std::optional<double> from, std::optional<double> to) {
     if (from && to) spans[name].push_back((*to - *from) * kMillisecondsPerSecond);
   };
+  std::size_t delivered = 0;
   std::size_t analysed = 0;
   for (const auto& [number, frame] : frames_) {
+    if (!frame.delivered) continue;
+    ++delivered;
     if (frame.analysisEnded) ++analysed;
     add("1 captured to delivered", frame.captured, frame.delivered);
     add("2 delivered to analysis", frame.delivered, frame.analysisBegan);
@@ -115,10 +118,10 @@ void Timeline::report(std::ostream& out) const {
     add("  picture: delivered to drawn", frame.delivered, frame.drawn);
     add("  picture: delivered to shown", frame.delivered, frame.shown);
   }
-  out << frames_.size() << " frames delivered, " << analysed << " of them analysed (" << std::fixed
+  out << delivered << " frames delivered, " << analysed << " of them analysed (" << std::fixed
       << std::setprecision(1)
       << 100.0 * static_cast<double>(analysed) /
-             static_cast<double>(std::max<std::size_t>(frames_.size(), 1))
+             static_cast<double>(std::max<std::size_t>(delivered, 1))
       << " %)\n";
   row(out, "milliseconds") << "  count   median     95 %     99 %      max\n";
   for (const auto& [name, milliseconds] : spans) write(out, name, milliseconds);

@@ -36,7 +36,7 @@ class Timeline {
 
  private:
   struct Frame {
-    double delivered = 0;
+    std::optional<double> delivered;  ///< Without one, it came before the last startOver.
     std::optional<double> captured;
     std::optional<double> analysisBegan;
     std::optional<double> analysisEnded;
