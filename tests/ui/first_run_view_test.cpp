@@ -76,6 +76,16 @@ TEST_F(FirstRunViewTest, IsAbsentOnceTheCameraRuns) {
   EXPECT_FALSE(firstRun().isVisible());
 }
 
+TEST_F(FirstRunViewTest, IsAbsentWhileThePersonPaintsWithTheMouseOnly) {
+  answer(CameraAuthorization::denied);
+  ASSERT_TRUE(firstRun().isVisible());
+
+  model.useMouseOnly();
+  settle();
+
+  EXPECT_FALSE(firstRun().isVisible());
+}
+
 TEST_F(FirstRunViewTest, IsAbsentAfterAFailure) {
   answer(CameraAuthorization::unknown);
 
