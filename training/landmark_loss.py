@@ -53,7 +53,7 @@ def gap_parts(points, joints, weight):
     logit = (0.5 * (PINCHED + RELEASED) - ratio.clamp(max=1)) / RATIO_WIDTH
     clear = ((wanted < PINCHED) | (wanted > RELEASED)).float()
     pinch = F.binary_cross_entropy_with_logits(logit, (wanted < PINCHED).float(), reduction="none")
-    return masked((ours - theirs).abs().sum(-1) * 32, weight * near), masked(pinch, weight * near * clear)
+    return masked((ours - theirs).abs().sum(-1) * 32, weight * near), masked(pinch, weight * clear)
 
 
 def masked(loss, weight):
@@ -90,5 +90,5 @@ def landmark_loss(net, heat, merged, pooled, joints, visible, right, weight, pre
     parts["confidence"] = masked(F.binary_cross_entropy_with_logits(confidence, good, reduction="none"),
                                  presence[:, None].expand_as(good))
     total = (0.5 * parts["heat"] + parts["distance"] + parts["presence"] + 0.5 * parts["right"]
-             + 0.8 * parts["palm"] + 0.5 * parts["confidence"] + 0.5 * parts["gap"] + 0.5 * parts["pinch"])
+             + 0.8 * parts["palm"] + 0.5 * parts["confidence"] + 0.5 * parts["gap"] + 0.3 * parts["pinch"])
     return total, parts

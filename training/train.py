@@ -203,7 +203,8 @@ def train(arguments):
     spawn = multiprocessing.get_context("spawn")
     shared_progress, ready = spawn.Value("d", 0.0), spawn.Queue(6)
     seed = [arguments.seed, run.counters["starts"], run.counters["steps"]]  # Another start draws other pictures.
-    spawn.Process(target=feed, args=(kind, arguments, seed, shared_progress, ready), daemon=True).start()
+    feeder = spawn.Process(target=feed, args=(kind, arguments, seed, shared_progress, ready), daemon=True)
+    feeder.start()
     progress = lambda: run.counters["seconds"] / total
 
     last = saved = logged = time.time()
@@ -242,6 +243,7 @@ def train(arguments):
             sums, since, logged = {}, 0, time.time()
             last = time.time()
     stop.set()
+    feeder.kill()  # It does not hear milder signals.
     run.save()
     run.log(stopped=True, tuning=task.report(run.average))
 
