@@ -22,8 +22,10 @@ constexpr BusMethod kAccessCamera{kPortal, kPortalPath, kCamera, "AccessCamera"}
 
 }  // namespace
 
-PortalCameraPermission::PortalCameraPermission(SerialQueueFactory& queues, MainQueue& mainQueue)
+PortalCameraPermission::PortalCameraPermission(SerialQueueFactory& queues, MainQueue& mainQueue,
+                                               PortalSetting setting)
     : mainQueue_(mainQueue),
+      setting_(std::move(setting)),
       bus_(std::make_unique<DesktopBus>()),
       queue_(queues.make("wavescribe.permission")) {}
 
@@ -81,13 +83,17 @@ PortalCameraPermission::Stored PortalCameraPermission::storedAnswer() {
     return Stored::nothing;
   }
   const Handle<GVariant> permissions(g_variant_get_child_value(answer.value.get(), 0));
-  const Handle<GVariant> ours(g_variant_lookup_value(permissions.get(), applicationId().c_str(),
-                                                     G_VARIANT_TYPE_STRING_ARRAY));
-  if (!ours || g_variant_n_children(ours.get()) == 0) return Stored::nothing;
-  const gchar* first = nullptr;
-  g_variant_get_child(ours.get(), 0, "&s", &first);
-  const std::string word = first;
-  return word == "yes" ? Stored::yes : word == "no" ? Stored::no : Stored::nothing;
+  for (const std::string& id : readApplicationIds(setting_.cgroup)) {
+    const Handle<GVariant> ours(
+        g_variant_lookup_value(permissions.get(), id.c_str(), G_VARIANT_TYPE_STRING_ARRAY));
+    if (!ours || g_variant_n_children(ours.get()) == 0) continue;
+    const gchar* word = nullptr;
+    g_variant_get_child(ours.get(), 0, "&s", &word);
+    return g_str_equal(word, "yes")  ? Stored::yes
+           : g_str_equal(word, "no") ? Stored::no
+                                     : Stored::nothing;
+  }
+  return Stored::nothing;
 }
 
 PortalCameraPermission::Service PortalCameraPermission::cameraService() {

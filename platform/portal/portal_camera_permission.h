@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <memory>
 
 #include "platform/camera_permission.h"
@@ -10,12 +11,18 @@ namespace platform::portal {
 
 class DesktopBus;
 
+/// What the permission depends on besides the session's D-Bus.
+struct PortalSetting {
+  std::filesystem::path cgroup = "/proc/self/cgroup";  ///< Tells the name a launcher gave us.
+};
+
 /// The permission that the desktop's portal keeps for us. Asks it on a queue of its own, so that a
 /// service which hangs delays only the answer.
 class PortalCameraPermission final : public CameraPermission {
  public:
-  /// Both outlive this.
-  PortalCameraPermission(SerialQueueFactory& queues, MainQueue& mainQueue);
+  /// `queues` and `mainQueue` outlive this.
+  PortalCameraPermission(SerialQueueFactory& queues, MainQueue& mainQueue,
+                         PortalSetting setting = {});
   ~PortalCameraPermission() override;
 
   void read(std::function<void(CameraAuthorization)> answer) override;
@@ -33,6 +40,7 @@ class PortalCameraPermission final : public CameraPermission {
   void tell(std::function<void(Value)> answer, Value value);
 
   MainQueue& mainQueue_;
+  const PortalSetting setting_;
   const std::unique_ptr<DesktopBus> bus_;  // Of the queue, but for its cancelling.
   bool isForbidden_ = false;  // Of the queue. The portal has said so; only it knows the policy.
   std::shared_ptr<const char> life_ = std::make_shared<const char>();
