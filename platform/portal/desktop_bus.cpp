@@ -109,7 +109,7 @@ BusAnswer DesktopBus::call(const BusMethod& method, GVariant* arguments) {
       nullptr, G_DBUS_CALL_FLAGS_NONE, kPatienceMilliseconds, cancellable_.get(), &error));
   if (value) return {.value = std::move(value)};
   const Handle<GError> ownedError(error);
-  return {.value = nullptr, .failure = failureOf(error)};
+  return {.value = nullptr, .failure = failureOf(error), .message = error->message};
 }
 
 // The request's path follows from our name on the bus and a token that we choose, so that its

@@ -39,6 +39,7 @@ enum class BusFailure {
 struct BusAnswer {
   Handle<GVariant> value;
   BusFailure failure = BusFailure::refused;  ///< Only without a value.
+  std::string message = {};                  ///< What was said about the failure.
 
   explicit operator bool() const { return value != nullptr; }
 };

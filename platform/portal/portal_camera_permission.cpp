@@ -1,6 +1,7 @@
 #include "platform/portal/portal_camera_permission.h"
 
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "platform/portal/application_id.h"
@@ -19,6 +20,11 @@ constexpr BusMethod kLookUp{"org.freedesktop.impl.portal.PermissionStore",
                             "org.freedesktop.impl.portal.PermissionStore", "Lookup"};
 constexpr BusMethod kProperty{kPortal, kPortalPath, "org.freedesktop.DBus.Properties", "Get"};
 constexpr BusMethod kAccessCamera{kPortal, kPortalPath, kCamera, "AccessCamera"};
+constexpr BusMethod kOpenRemote{kPortal, kPortalPath, kCamera, "OpenPipeWireRemote"};
+
+// What the portal says when it does not open the camera, because of a policy or for want of a yes.
+constexpr std::string_view kBarred = "Camera access disabled";
+constexpr std::string_view kNoYes = "Permission denied";
 
 }  // namespace
 
@@ -48,9 +54,20 @@ void PortalCameraPermission::tell(std::function<void(Value)> answer, Value value
   });
 }
 
+// To open the camera asks nobody. The portal checks its policy first, which it does not show
+// otherwise, and then for a yes.
 CameraAuthorization PortalCameraPermission::lookUp() {
-  if (isForbidden_ || isCameraDisabledByDesktop()) return CameraAuthorization::restricted;
-  switch (storedAnswer()) {
+  if (isCameraDisabledByDesktop()) return CameraAuthorization::restricted;
+  const Stored stored = storedAnswer();
+  const BusAnswer opened = bus_->call(kOpenRemote, g_variant_new("(a{sv})", nullptr));
+  if (opened) return CameraAuthorization::authorized;
+  if (opened.failure == BusFailure::notAllowed) {
+    const bool lacksYes = opened.message.ends_with(kNoYes);
+    const bool isBarred = opened.message.ends_with(kBarred) || (stored == Stored::yes && !lacksYes);
+    if (isBarred) return CameraAuthorization::restricted;
+    return stored == Stored::no ? CameraAuthorization::denied : CameraAuthorization::notDetermined;
+  }
+  switch (stored) {
     case Stored::yes:
       return CameraAuthorization::authorized;
     case Stored::no:
@@ -59,7 +76,8 @@ CameraAuthorization PortalCameraPermission::lookUp() {
       break;
   }
   // A portal that is silent may answer once the person asks for the camera.
-  return cameraService() == Service::absent ? deviceDecides() : CameraAuthorization::notDetermined;
+  return opened.failure == BusFailure::silent ? CameraAuthorization::notDetermined
+                                              : deviceDecides();
 }
 
 bool PortalCameraPermission::ask() {
@@ -72,9 +90,7 @@ bool PortalCameraPermission::ask() {
     case Service::present:
       break;
   }
-  const DesktopBus::Response response = bus_->askPerson(kAccessCamera);
-  isForbidden_ = !response.code && response.failure == BusFailure::notAllowed;
-  return response.code == 0u;
+  return bus_->askPerson(kAccessCamera).code == 0u;
 }
 
 PortalCameraPermission::Stored PortalCameraPermission::storedAnswer() {

@@ -42,7 +42,6 @@ class PortalCameraPermission final : public CameraPermission {
   MainQueue& mainQueue_;
   const PortalSetting setting_;
   const std::unique_ptr<DesktopBus> bus_;  // Of the queue, but for its cancelling.
-  bool isForbidden_ = false;  // Of the queue. The portal has said so; only it knows the policy.
   std::shared_ptr<const char> life_ = std::make_shared<const char>();
   std::unique_ptr<SerialQueue> queue_;
 };

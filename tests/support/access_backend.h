@@ -26,8 +26,10 @@ class AccessBackend {
   static constexpr const char* kName = "org.freedesktop.impl.portal.desktop.test";
 
   std::atomic<guint32> answer = kGrant;
-  std::atomic<bool> cameraLocked = false;  ///< Set before the portal starts.
   std::atomic<int> dialogs = 0;
+
+  /// Sets the policy, and tells those who know the earlier one.
+  void lockCamera(bool locked);
 
  private:
   void run();
@@ -38,6 +40,8 @@ class AccessBackend {
 
   GMainContext* const context_;
   GMainLoop* const loop_;
+  GDBusConnection* connection_ = nullptr;  // Of the thread until it is ready.
+  std::atomic<bool> cameraLocked_ = false;
   std::atomic<bool> ready_ = false;
   std::jthread thread_;
 };

@@ -1,5 +1,9 @@
 #include "platform/portal/portal_camera_permission.h"
 
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
 #include "tests/platform/portal/portal_fixture.h"
 
 namespace platform::portal {
@@ -57,6 +61,33 @@ TEST_F(PortalCameraPermissionTest, TheAnswerForAnotherProgramIsNotOurs) {
   session->startPortal();
 
   EXPECT_EQ(read(), CameraAuthorization::notDetermined);
+}
+
+TEST_F(PortalCameraPermissionTest, AYesThatThePortalDoesNotCountAsOursSettlesNothing) {
+  const auto cgroup = session->cgroup();
+  std::ofstream(cgroup) << "0::/user@1.service/app.slice/app-org.example.program-1.scope\n";
+  session->store("org.example.program", "yes");
+  session->startPortal();
+  permission =
+      std::make_unique<PortalCameraPermission>(queues, mainQueue, PortalSetting{.cgroup = cgroup});
+
+  EXPECT_EQ(read(), CameraAuthorization::notDetermined);
+}
+
+TEST_F(PortalCameraPermissionTest, ALookAtAPermissionKeepsNoConnectionOfTheCameras) {
+  if (const auto missing = support::DesktopSession::missing()) GTEST_SKIP() << *missing;
+  session->store("", "yes");
+  session->desktop().startPipeWire();
+  session->startPortal();
+  ASSERT_EQ(read(), CameraAuthorization::authorized);
+  const auto openFiles = [] {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+  };
+  const auto before = openFiles();
+
+  EXPECT_EQ(read(), CameraAuthorization::authorized);
+
+  EXPECT_EQ(openFiles(), before);
 }
 
 /// The portal takes us for a program in a launcher's unit, whose name is the parameter.
