@@ -32,7 +32,7 @@ PortalCameraPermission::PortalCameraPermission(SerialQueueFactory& queues, MainQ
                                                PortalSetting setting)
     : mainQueue_(mainQueue),
       setting_(std::move(setting)),
-      bus_(std::make_unique<DesktopBus>()),
+      bus_(std::make_unique<DesktopBus>(setting_.patience)),
       queue_(queues.make("wavescribe.permission")) {}
 
 PortalCameraPermission::~PortalCameraPermission() {
@@ -44,7 +44,9 @@ void PortalCameraPermission::read(std::function<void(CameraAuthorization)> answe
 }
 
 void PortalCameraPermission::request(std::function<void(bool)> answer) {
-  queue_->post([this, answer = std::move(answer)] { tell(answer, ask()); });
+  queue_->post([this, answer = std::move(answer)] {
+    if (const auto granted = ask()) tell(answer, *granted);
+  });
 }
 
 template <class Value>
@@ -57,40 +59,44 @@ void PortalCameraPermission::tell(std::function<void(Value)> answer, Value value
 // To open the camera asks nobody. The portal checks its policy first, which it does not show
 // otherwise, and then for a yes.
 CameraAuthorization PortalCameraPermission::lookUp() {
+  if (bus_->connect() == BusFailure::silent) return CameraAuthorization::notDetermined;
   if (isCameraDisabledByDesktop()) return CameraAuthorization::restricted;
   const Stored stored = storedAnswer();
   const BusAnswer opened = bus_->call(kOpenRemote, g_variant_new("(a{sv})", nullptr));
   if (opened) return CameraAuthorization::authorized;
-  if (opened.failure == BusFailure::notAllowed) {
-    const bool lacksYes = opened.message.ends_with(kNoYes);
-    const bool isBarred = opened.message.ends_with(kBarred) || (stored == Stored::yes && !lacksYes);
-    if (isBarred) return CameraAuthorization::restricted;
-    return stored == Stored::no ? CameraAuthorization::denied : CameraAuthorization::notDetermined;
-  }
+  const bool isNotAllowed = opened.failure == BusFailure::notAllowed;
+  if (isNotAllowed && opened.message.ends_with(kBarred)) return CameraAuthorization::restricted;
   switch (stored) {
     case Stored::yes:
-      return CameraAuthorization::authorized;
+      if (!isNotAllowed) return CameraAuthorization::authorized;
+      // Either it takes us for somebody else, or it words its policy in a new way.
+      return opened.message.ends_with(kNoYes) ? CameraAuthorization::notDetermined
+                                              : CameraAuthorization::restricted;
     case Stored::no:
       return CameraAuthorization::denied;
     case Stored::nothing:
       break;
   }
-  // A portal that is silent may answer once the person asks for the camera.
-  return opened.failure == BusFailure::silent ? CameraAuthorization::notDetermined
-                                              : deviceDecides();
+  // A portal that is there may answer once the person asks for the camera.
+  return opened.failure == BusFailure::absent ? deviceDecides(setting_.devices)
+                                              : CameraAuthorization::notDetermined;
 }
 
-bool PortalCameraPermission::ask() {
+std::optional<bool> PortalCameraPermission::ask() {
+  if (bus_->connect() == BusFailure::silent) return std::nullopt;
   if (isCameraDisabledByDesktop()) return false;
-  switch (cameraService()) {
-    case Service::absent:
-      return deviceDecides() == CameraAuthorization::authorized;
-    case Service::silent:
-      return false;
-    case Service::present:
-      break;
+  // Without an interface for the camera there is nobody who could ask the person.
+  const BusAnswer version = bus_->call(kProperty, g_variant_new("(ss)", kCamera, "version"));
+  if (!version && version.failure == BusFailure::absent) {
+    return deviceDecides(setting_.devices) == CameraAuthorization::authorized;
   }
-  return bus_->askPerson(kAccessCamera).code == 0u;
+  BusFailure failure = version.failure;
+  if (version) {
+    const DesktopBus::Response response = bus_->askPerson(kAccessCamera);
+    if (response.code) return *response.code == 0;
+    failure = response.failure;
+  }
+  return failure == BusFailure::silent ? std::nullopt : std::optional(false);
 }
 
 PortalCameraPermission::Stored PortalCameraPermission::storedAnswer() {
@@ -110,12 +116,6 @@ PortalCameraPermission::Stored PortalCameraPermission::storedAnswer() {
                                      : Stored::nothing;
   }
   return Stored::nothing;
-}
-
-PortalCameraPermission::Service PortalCameraPermission::cameraService() {
-  const BusAnswer version = bus_->call(kProperty, g_variant_new("(ss)", kCamera, "version"));
-  if (version) return Service::present;
-  return version.failure == BusFailure::silent ? Service::silent : Service::absent;
 }
 
 }  // namespace platform::portal

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <chrono>
 #include <filesystem>
 #include <memory>
+#include <optional>
 
 #include "platform/camera_permission.h"
 #include "platform/main_queue.h"
@@ -14,6 +16,8 @@ class DesktopBus;
 /// What the permission depends on besides the session's D-Bus.
 struct PortalSetting {
   std::filesystem::path cgroup = "/proc/self/cgroup";  ///< Tells the name a launcher gave us.
+  std::filesystem::path devices = "/dev";              ///< Where the video devices are.
+  std::chrono::milliseconds patience{3000};            ///< With a service that does not answer.
 };
 
 /// The permission that the desktop's portal keeps for us. Asks it on a queue of its own, so that a
@@ -29,13 +33,11 @@ class PortalCameraPermission final : public CameraPermission {
   void request(std::function<void(bool granted)> answer) override;
 
  private:
-  enum class Service { present, absent, silent };
   enum class Stored { yes, no, nothing };
 
   CameraAuthorization lookUp();
-  bool ask();
+  std::optional<bool> ask();
   Stored storedAnswer();
-  Service cameraService();
   template <class Value>
   void tell(std::function<void(Value)> answer, Value value);
 

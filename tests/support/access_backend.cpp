@@ -85,6 +85,7 @@ void AccessBackend::run() {
       },
       nullptr, this, nullptr);
   g_main_loop_run(loop_);
+  for (GDBusMethodInvocation* dialog : open_) g_object_unref(dialog);
   g_bus_unown_name(owner);
   g_dbus_node_info_unref(node);
   g_object_unref(connection_);
@@ -95,6 +96,7 @@ void AccessBackend::onCall(GDBusConnection*, const gchar*, const gchar*, const g
                            GVariant*, GDBusMethodInvocation* invocation, gpointer self) {
   auto* backend = static_cast<AccessBackend*>(self);
   ++backend->dialogs;
+  if (backend->answer == kNone) return backend->open_.push_back(invocation);
   g_dbus_method_invocation_return_value(
       invocation, g_variant_new("(ua{sv})", static_cast<guint32>(backend->answer), nullptr));
 }

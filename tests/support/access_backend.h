@@ -5,6 +5,7 @@
 #include <atomic>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace support {
 
@@ -16,6 +17,7 @@ class AccessBackend {
   static constexpr guint32 kGrant = 0;
   static constexpr guint32 kRefuse = 1;
   static constexpr guint32 kDismiss = 2;
+  static constexpr guint32 kNone = 3;  ///< The dialog stays open.
 
   AccessBackend();
   ~AccessBackend();
@@ -42,6 +44,7 @@ class AccessBackend {
   GMainLoop* const loop_;
   GDBusConnection* connection_ = nullptr;  // Of the thread until it is ready.
   std::atomic<bool> cameraLocked_ = false;
+  std::vector<GDBusMethodInvocation*> open_;  // Dialogs. Of the thread.
   std::atomic<bool> ready_ = false;
   std::jthread thread_;
 };

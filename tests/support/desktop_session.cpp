@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <initializer_list>
 #include <sstream>
@@ -39,11 +40,13 @@ std::vector<std::string> cameraCommand(const std::string& caps, Pictures picture
   return command;
 }
 
-void writeBusConfiguration(const fs::path& file, const std::string& address) {
+void writeBusConfiguration(const fs::path& file, const std::string& address,
+                           const std::string& rules) {
   std::ofstream(file) << "<busconfig><type>session</type><listen>" << address
                       << "</listen><policy context=\"default\">"
                          "<allow send_destination=\"*\" eavesdrop=\"true\"/>"
-                         "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>";
+                         "<allow eavesdrop=\"true\"/><allow own=\"*\"/>"
+                      << rules << "</policy></busconfig>";
 }
 
 }  // namespace
@@ -55,7 +58,7 @@ std::optional<std::string> DesktopSession::missing() {
   return std::nullopt;
 }
 
-DesktopSession::DesktopSession(BusActivation activation) {
+DesktopSession::DesktopSession(BusActivation activation, const std::string& rules) {
   for (const char* variable : {"XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_DATA_HOME",
                                "XDG_STATE_HOME", "XDG_CACHE_HOME", "HOME"}) {
     const fs::path folder =
@@ -66,14 +69,23 @@ DesktopSession::DesktopSession(BusActivation activation) {
   }
   const std::string address = "unix:path=" + (folder_ / "bus").string();
   setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
-  std::vector<std::string> command{"dbus-daemon", "--nofork", "--nopidfile"};
+  busCommand_ = {"dbus-daemon", "--nofork", "--nopidfile"};
   if (activation == BusActivation::on) {
-    command.insert(command.end(), {"--session", "--address=" + address});
+    busCommand_.insert(busCommand_.end(), {"--session", "--address=" + address});
   } else {
-    writeBusConfiguration(folder_ / "bus.conf", address);
-    command.push_back("--config-file=" + (folder_ / "bus.conf").string());
+    writeBusConfiguration(folder_ / "bus.conf", address, rules);
+    busCommand_.push_back("--config-file=" + (folder_ / "bus.conf").string());
   }
-  bus_ = std::make_unique<ChildProcess>(command, (folder_ / "bus.log").string());
+  startBus();
+}
+
+void DesktopSession::killBus() {
+  bus_.reset();
+  fs::remove(folder_ / "bus");
+}
+
+void DesktopSession::startBus() {
+  bus_ = std::make_unique<ChildProcess>(busCommand_, (folder_ / "bus.log").string());
   waitForFile(folder_ / "bus");
 }
 

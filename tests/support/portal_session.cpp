@@ -50,9 +50,25 @@ std::optional<std::string> PortalSession::missing() {
   return std::nullopt;
 }
 
-PortalSession::PortalSession() : backend_(std::make_unique<AccessBackend>()) {
+PortalSession::PortalSession(const std::string& busRules) : desktop_(BusActivation::off, busRules) {
   setenv("XDG_CURRENT_DESKTOP", "test", 1);
   setenv("XDG_DESKTOP_PORTAL_DIR", files_.path().c_str(), 1);
+  startServices();
+}
+
+void PortalSession::killBus() {
+  portal_.reset();
+  store_.reset();
+  desktop_.killBus();
+}
+
+void PortalSession::startBus() {
+  desktop_.startBus();
+  startServices();
+}
+
+void PortalSession::startServices() {
+  backend_ = std::make_unique<AccessBackend>();
   store_.emplace(std::vector<std::string>{kStore});
   waitFor(kStoreName);
 }

@@ -19,7 +19,8 @@ class PortalSession {
   /// Why this machine cannot do that; none when it can.
   static std::optional<std::string> missing();
 
-  PortalSession();
+  /// `busRules`: what else holds on the bus, as its configuration writes it.
+  explicit PortalSession(const std::string& busRules = {});
 
   /// Each returns once the portal answers, except for what it asks of others.
   void startPortal();
@@ -33,6 +34,11 @@ class PortalSession {
   /// What it reads about this process then.
   std::filesystem::path cgroup() const { return files_ / "cgroup"; }
 
+  /// The bus ends, and all that ran on it.
+  void killBus();
+  /// Another bus, without a portal.
+  void startBus();
+
   /// Stores an answer for the camera under an application id: "yes", "no" or "ask".
   void store(const std::string& applicationId, const std::string& answer);
 
@@ -42,9 +48,10 @@ class PortalSession {
 
  private:
   void start();
+  void startServices();
 
   const TemporaryFolder files_;
-  DesktopSession desktop_{BusActivation::off};  // Outlives what runs on its bus.
+  DesktopSession desktop_;  // Outlives what runs on its bus.
   std::unique_ptr<AccessBackend> backend_;
   std::optional<ChildProcess> store_;
   std::optional<ChildProcess> portal_;

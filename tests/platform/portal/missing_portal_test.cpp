@@ -6,12 +6,46 @@ namespace {
 
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
+using support::AccessBackend;
 
-using MissingPortalTest = PortalCameraPermissionTest;
+class MissingPortalTest : public PortalCameraPermissionTest {
+ protected:
+  void beImpatient() {
+    setting.patience = milliseconds(500);
+    makePermission();
+  }
+
+  /// For somebody impatient on a machine that is slow.
+  std::optional<bool> requestUntilAnswered() {
+    std::optional<bool> answer;
+    for (int i = 0; i < 20 && !answer; ++i) answer = requestOnce();
+    return answer;
+  }
+
+  void askWithoutGettingAnAnswer() {
+    permission->read([](CameraAuthorization) { ADD_FAILURE() << "answered after its end"; });
+    permission->request([](bool) { ADD_FAILURE() << "answered after its end"; });
+  }
+
+  void expectToEndAtOnce() {
+    const auto start = steady_clock::now();
+    permission.reset();
+    EXPECT_LT(steady_clock::now() - start, milliseconds(1500));
+    mainQueue.drain();
+  }
+
+  bool waitForDialog() {
+    for (int i = 0; i < 1000 && session->backend().dialogs == 0; ++i) {
+      std::this_thread::sleep_for(milliseconds(5));
+    }
+    return session->backend().dialogs == 1;
+  }
+};
 
 TEST_F(MissingPortalTest, APortalThatHangsDelaysOnlyTheAnswer) {
   session->startPortal();
   session->portal().freeze();
+  beImpatient();
   const auto start = steady_clock::now();
   std::optional<CameraAuthorization> answer;
 
@@ -19,7 +53,33 @@ TEST_F(MissingPortalTest, APortalThatHangsDelaysOnlyTheAnswer) {
   EXPECT_LT(steady_clock::now() - start, milliseconds(500));
 
   EXPECT_EQ(await(answer), CameraAuthorization::notDetermined);
-  EXPECT_FALSE(request());
+}
+
+TEST_F(MissingPortalTest, APortalThatHangsCanBeAskedAgain) {
+  session->startPortal();
+  session->portal().freeze();
+  beImpatient();
+  EXPECT_EQ(requestOnce(), std::nullopt);
+
+  session->portal().thaw();
+
+  EXPECT_EQ(requestUntilAnswered(), true);
+}
+
+TEST_F(MissingPortalTest, APortalThatEndsWhileItAsksCanBeAskedAgain) {
+  session->startPortal();
+  session->backend().answer = AccessBackend::kNone;
+  bool isAnswered = false;
+  permission->request([&](bool) { isAnswered = true; });
+  ASSERT_TRUE(waitForDialog());
+
+  session->portal().kill();
+  read();
+  EXPECT_FALSE(isAnswered);
+
+  session->startPortal();
+  session->backend().answer = AccessBackend::kGrant;
+  EXPECT_TRUE(request());
 }
 
 TEST_F(MissingPortalTest, WithoutAPortalTheDeviceDecides) {
@@ -34,37 +94,93 @@ TEST_F(MissingPortalTest, APortalThatCannotAskLeavesItToTheDevice) {
   EXPECT_TRUE(request());
 }
 
+TEST_F(MissingPortalTest, APortalThatWeMayNotTalkToGrantsNothing) {
+  session.emplace("<deny send_destination='org.freedesktop.portal.Desktop'/>");
+  session->startPortal();
+
+  EXPECT_EQ(read(), CameraAuthorization::notDetermined);
+  EXPECT_FALSE(request());
+}
+
+TEST_F(MissingPortalTest, AStoredAnswerCountsWithoutAPortal) {
+  session->store("", "no");
+  EXPECT_EQ(read(), CameraAuthorization::denied);
+
+  session->store("", "yes");
+  EXPECT_EQ(read(), CameraAuthorization::authorized);
+}
+
 TEST_F(MissingPortalTest, CanEndWhileItWaits) {
   session->startPortal();
   session->portal().freeze();
-  permission->read([](CameraAuthorization) { ADD_FAILURE() << "answered after its end"; });
-  permission->request([](bool) { ADD_FAILURE() << "answered after its end"; });
+  askWithoutGettingAnAnswer();
   std::this_thread::sleep_for(milliseconds(200));
-  const auto start = steady_clock::now();
 
-  permission.reset();
-
-  EXPECT_LT(steady_clock::now() - start, milliseconds(1500));
-  mainQueue.drain();
+  expectToEndAtOnce();
 }
 
-TEST(MissingBus, LeavesItToTheDevice) {
-  setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus", 1);
-  ThreadQueueFactory queues;
-  support::FakeMainQueue mainQueue;
-  PortalCameraPermission permission(queues, mainQueue);
-  std::optional<CameraAuthorization> read;
-  std::optional<bool> granted;
-  permission.read([&](CameraAuthorization answer) { read = answer; });
-  permission.request([&](bool answer) { granted = answer; });
+TEST_F(MissingPortalTest, CanEndWhileThePersonIsAsked) {
+  session->startPortal();
+  session->backend().answer = AccessBackend::kNone;
+  permission->request([](bool) { ADD_FAILURE() << "answered after its end"; });
+  ASSERT_TRUE(waitForDialog());
 
-  for (int i = 0; i < 2000 && !(read && granted); ++i) {
-    mainQueue.drain();
-    std::this_thread::sleep_for(milliseconds(5));
-  }
+  expectToEndAtOnce();
+}
 
-  EXPECT_EQ(read, CameraAuthorization::authorized);
-  EXPECT_EQ(granted, true);
+using MissingBusTest = MissingPortalTest;
+
+TEST_F(MissingBusTest, LeavesItToTheDevice) {
+  session->killBus();
+
+  EXPECT_EQ(read(), CameraAuthorization::authorized);
+  EXPECT_TRUE(request());
+}
+
+TEST_F(MissingBusTest, TheNextBusIsUsedAfterTheEndOfOne) {
+  session->startPortal();
+  ASSERT_EQ(read(), CameraAuthorization::notDetermined);
+
+  session->killBus();
+  EXPECT_EQ(read(), CameraAuthorization::authorized);
+
+  session->startBus();
+  session->startPortal();
+  EXPECT_EQ(read(), CameraAuthorization::notDetermined);
+  EXPECT_TRUE(request());
+}
+
+TEST_F(MissingBusTest, ABusThatHangsDelaysOnlyTheAnswer) {
+  session->startPortal();
+  session->desktop().freezeBus();
+  beImpatient();
+
+  EXPECT_EQ(requestOnce(), std::nullopt);
+  EXPECT_EQ(read(), CameraAuthorization::notDetermined);
+
+  session->desktop().thawBus();
+  EXPECT_EQ(requestUntilAnswered(), true);
+}
+
+TEST_F(MissingBusTest, ABusThatBeginsToHangDelaysOnlyTheAnswer) {
+  session->startPortal();
+  beImpatient();
+  ASSERT_EQ(read(), CameraAuthorization::notDetermined);
+  session->desktop().freezeBus();
+
+  EXPECT_EQ(read(), CameraAuthorization::notDetermined);
+
+  session->desktop().thawBus();
+}
+
+TEST_F(MissingBusTest, CanEndWhileTheBusHangs) {
+  session->desktop().freezeBus();
+  askWithoutGettingAnAnswer();
+  std::this_thread::sleep_for(milliseconds(200));
+
+  expectToEndAtOnce();
+
+  session->desktop().thawBus();
 }
 
 }  // namespace

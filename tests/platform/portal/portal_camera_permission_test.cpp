@@ -64,12 +64,11 @@ TEST_F(PortalCameraPermissionTest, TheAnswerForAnotherProgramIsNotOurs) {
 }
 
 TEST_F(PortalCameraPermissionTest, AYesThatThePortalDoesNotCountAsOursSettlesNothing) {
-  const auto cgroup = session->cgroup();
-  std::ofstream(cgroup) << "0::/user@1.service/app.slice/app-org.example.program-1.scope\n";
+  setting.cgroup = session->cgroup();
+  std::ofstream(setting.cgroup) << "0::/user@1.service/app.slice/app-org.example.program-1.scope\n";
   session->store("org.example.program", "yes");
   session->startPortal();
-  permission =
-      std::make_unique<PortalCameraPermission>(queues, mainQueue, PortalSetting{.cgroup = cgroup});
+  makePermission();
 
   EXPECT_EQ(read(), CameraAuthorization::notDetermined);
 }
@@ -100,8 +99,8 @@ class LaunchedTest : public PortalCameraPermissionTest,
     if (IsSkipped()) return;
     session->deceivePortal(GetParam());
     session->startPortal();
-    permission = std::make_unique<PortalCameraPermission>(
-        queues, mainQueue, PortalSetting{.cgroup = session->cgroup()});
+    setting.cgroup = session->cgroup();
+    makePermission();
   }
 };
 

@@ -12,6 +12,7 @@
 #include "platform/std/thread_queue_factory.h"
 #include "tests/support/fake_main_queue.h"
 #include "tests/support/portal_session.h"
+#include "tests/support/temporary_folder.h"
 
 namespace platform::portal {
 
@@ -21,7 +22,11 @@ class PortalCameraPermissionTest : public testing::Test {
   void SetUp() override {
     if (const auto missing = support::PortalSession::missing()) GTEST_SKIP() << *missing;
     session.emplace();
-    permission = std::make_unique<PortalCameraPermission>(queues, mainQueue);
+    makePermission();
+  }
+
+  void makePermission() {
+    permission = std::make_unique<PortalCameraPermission>(queues, mainQueue, setting);
   }
 
   template <class Value>
@@ -40,12 +45,22 @@ class PortalCameraPermissionTest : public testing::Test {
     return await(answer);
   }
 
+  /// None when a later question was answered and this one was not.
+  std::optional<bool> requestOnce() {
+    std::optional<bool> answer;
+    permission->request([&](bool granted) { answer = granted; });
+    read();
+    return answer;
+  }
+
   bool request() {
     std::optional<bool> answer;
     permission->request([&](bool granted) { answer = granted; });
     return await(answer);
   }
 
+  const support::TemporaryFolder devices;  // Without any, whatever this machine has.
+  PortalSetting setting{.devices = devices.path()};
   std::optional<support::PortalSession> session;
   ThreadQueueFactory queues;
   support::FakeMainQueue mainQueue;
