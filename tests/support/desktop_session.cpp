@@ -29,9 +29,6 @@ std::vector<std::string> words(const std::string& text) {
 
 std::vector<std::string> cameraCommand(const std::string& caps, Pictures pictures) {
   std::string source = "gst-launch-1.0 -q videotestsrc is-live=true pattern=smpte ! ";
-  if (caps.starts_with("image/jpeg")) {
-    source += "video/x-raw,format=I420" + caps.substr(caps.find(',')) + " ! jpegenc quality=95 ! ";
-  }
   if (pictures == Pictures::none) source += "valve drop=true drop-mode=forward-sticky-events ! ";
   auto command = words(source + caps + " ! pipewiresink mode=provide");
   command.push_back(
