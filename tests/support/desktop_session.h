@@ -52,8 +52,8 @@ class DesktopSession {
 enum class Pictures { colourBars, none };
 
 /// A camera that PipeWire shows: colour bars, white at the top left and blue at the top right,
-/// dark at the bottom left. Raw pictures only: JPEG published in this way brings no frames in PipeWire
-/// 0.3.65.
+/// dark at the bottom left. Raw pictures only: JPEG published in this way brings no frames in
+/// PipeWire 0.3.65.
 class VirtualCamera {
  public:
   /// `caps`: what it delivers, e.g. "video/x-raw,format=YUY2,width=640,height=480,framerate=30/1".

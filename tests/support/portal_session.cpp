@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/portal/desktop_bus.h"
+#include "tests/support/access_backend.h"
 
 namespace support {
 namespace {
@@ -55,6 +56,8 @@ PortalSession::PortalSession(const std::string& busRules) : desktop_(BusActivati
   setenv("XDG_DESKTOP_PORTAL_DIR", files_.path().c_str(), 1);
   startServices();
 }
+
+PortalSession::~PortalSession() = default;
 
 void PortalSession::killBus() {
   portal_.reset();

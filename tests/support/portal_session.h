@@ -5,12 +5,13 @@
 #include <optional>
 #include <string>
 
-#include "tests/support/access_backend.h"
 #include "tests/support/child_process.h"
 #include "tests/support/desktop_session.h"
 #include "tests/support/temporary_folder.h"
 
 namespace support {
+
+class AccessBackend;
 
 /// A desktop whose portal is the real one, with the real permission store, and asks a back-end of
 /// the test's. The portal runs from startPortal() on.
@@ -21,6 +22,9 @@ class PortalSession {
 
   /// `busRules`: what else holds on the bus, as its configuration writes it.
   explicit PortalSession(const std::string& busRules = {});
+  ~PortalSession();
+  PortalSession(const PortalSession&) = delete;
+  PortalSession& operator=(const PortalSession&) = delete;
 
   /// Each returns once the portal answers, except for what it asks of others.
   void startPortal();

@@ -10,6 +10,7 @@
 
 #include "platform/portal/portal_camera_permission.h"
 #include "platform/std/thread_queue_factory.h"
+#include "tests/support/access_backend.h"
 #include "tests/support/fake_main_queue.h"
 #include "tests/support/portal_session.h"
 #include "tests/support/temporary_folder.h"
