@@ -78,13 +78,18 @@ Result<void> H264Encoder::encode(const pixels::Surface& picture, MediaTime time,
                      .u = {frame_->data[1], static_cast<std::size_t>(frame_->linesize[1])},
                      .v = {frame_->data[2], static_cast<std::size_t>(frame_->linesize[2])}});
   frame_->pts = time.value;
-  const bool isKey = time.value >= nextKeyFrame_;
+  const bool isKey = shouldBeKeyFrame(time.value);
   frame_->pict_type = isKey ? AV_PICTURE_TYPE_I : AV_PICTURE_TYPE_NONE;
-  if (isKey) {
-    nextKeyFrame_ =
-        time.value + static_cast<std::int64_t>(kKeyFrameSeconds * MediaTime::kTimescale);
-  }
+  if (isKey) lastKeyFrame_ = time.value;
+  lastFrame_ = time.value;
   return send(frame_.get(), sink);
+}
+
+/// When the next frame, coming as long after this one as this one after the last, would be too
+/// late.
+bool H264Encoder::shouldBeKeyFrame(std::int64_t time) const {
+  constexpr auto kLongest = static_cast<std::int64_t>(kKeyFrameSeconds * MediaTime::kTimescale);
+  return !lastKeyFrame_ || time + (time - lastFrame_) - *lastKeyFrame_ > kLongest;
 }
 
 Result<void> H264Encoder::drain(const PacketSink& sink) {
