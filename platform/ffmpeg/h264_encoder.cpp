@@ -23,6 +23,11 @@ int threadCount() {
   return std::clamp(static_cast<int>(std::thread::hardware_concurrency()) / 2, 1, 4);
 }
 
+/// Halved colour wants pairs of pixels. The codec would refuse others too, but forgets some memory.
+bool canBeHalved(int side) {
+  return side > 0 && side % 2 == 0;
+}
+
 CodecContextPtr describe(const AVCodec* h264, const VideoSettings& settings) {
   CodecContextPtr codec(avcodec_alloc_context3(h264));
   if (!codec) return nullptr;
@@ -52,6 +57,8 @@ CodecContextPtr describe(const AVCodec* h264, const VideoSettings& settings) {
 }  // namespace
 
 Result<std::unique_ptr<H264Encoder>> H264Encoder::open(const VideoSettings& settings) {
+  if (!canBeHalved(settings.width) || !canBeHalved(settings.height))
+    return Error{"A video's width and height are even."};
   const AVCodec* h264 = avcodec_find_encoder_by_name("libx264");
   if (h264 == nullptr) return Error{"There is no H.264 encoder."};
   CodecContextPtr codec = describe(h264, settings);
