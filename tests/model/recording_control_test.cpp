@@ -2,12 +2,14 @@
 
 #include <array>
 #include <cstdint>
+#include <cstring>
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include "model/app_model.h"
+#include "render/canvas_renderer.h"
 #include "tests/support/fake_platform.h"
 #include "tests/support/observer_log.h"
 #include "tests/support/pictures.h"
@@ -177,6 +179,26 @@ TEST_F(RecordingControl, AChangedBackgroundChangesTheVideoFromTheNextFrameOn) {
   EXPECT_EQ(recordedAt(0.1, 0.1), kWhite);
 }
 
+TEST_F(RecordingControl, TheFirstFrameHoldsAllOfALargePaintingThatWasThereBefore) {
+  for (int stroke = 0; stroke < 150; ++stroke) {
+    model->mouseDown(0.02, 0.006 * stroke);
+    for (int i = 1; i <= 6; ++i) model->mouseDragged(0.02 + 0.16 * i, 0.1 + 0.005 * stroke);
+    model->mouseUp();
+  }
+  const pixels::Size size{1280, 720};
+  const auto truth = render::CanvasRenderer::makeImage(
+      model->makeScene(render::CanvasBackground::black, true), size);
+  model->setBackground(render::CanvasBackground::black);
+
+  startRecording();
+  recordFrame();
+
+  ASSERT_THAT(script.frames, SizeIs(1));
+  const pixels::Surface& picture = script.frames[0].picture;
+  for (int y = 0; y < 720; ++y)
+    ASSERT_EQ(std::memcmp(picture.row(y), truth->row(y), 4 * 1280), 0) << "row " << y;
+}
+
 TEST_F(RecordingControl, TheVideoShowsTheCursor) {
   model->setBackground(CanvasBackground::black);
   model->setGlow(false);
@@ -289,6 +311,19 @@ TEST_F(RecordingControl, AfterAFailureTheNextRecordingStarts) {
   startRecording();
 
   EXPECT_TRUE(model->isRecording());
+}
+
+TEST_F(RecordingControl, ClosingRecordingsFinishesTheVideoWithoutAWord) {
+  startRecording();
+  recordFrame();
+  script.finishesAtOnce = false;
+
+  model->closeRecordings();
+
+  EXPECT_EQ(script.steps.back(), "finishWriting");
+  EXPECT_EQ(script.ended, 1);
+  EXPECT_FALSE(model->isFinishingRecording());
+  EXPECT_EQ(model->errorMessage(), std::nullopt);
 }
 
 TEST_F(RecordingControl, TheEndOfTheModelEndsTheWriter) {
