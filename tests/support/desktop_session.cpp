@@ -1,5 +1,9 @@
 #include "tests/support/desktop_session.h"
 
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
@@ -18,6 +22,17 @@ void waitForFile(const fs::path& file) {
   for (int i = 0; i < 200 && !fs::exists(file); ++i) {
     std::this_thread::sleep_for(std::chrono::milliseconds(25));
   }
+}
+
+bool takesConnections(const fs::path& path) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  path.string().copy(address.sun_path, sizeof address.sun_path - 1);
+  const int connection = ::socket(AF_UNIX, SOCK_STREAM, 0);
+  const bool taken =
+      ::connect(connection, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+  ::close(connection);
+  return taken;
 }
 
 std::vector<std::string> words(const std::string& text) {
@@ -83,7 +98,10 @@ void DesktopSession::killBus() {
 
 void DesktopSession::startBus() {
   bus_ = std::make_unique<ChildProcess>(busCommand_, (folder_ / "bus.log").string());
-  waitForFile(folder_ / "bus");
+  // Its socket is there a moment before it listens.
+  for (int i = 0; i < 1000 && !takesConnections(folder_ / "bus"); ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
 }
 
 void DesktopSession::startPipeWire() {
