@@ -28,7 +28,7 @@ class DeviceDecidesTest : public testing::Test {
   DeviceDecidesTest() { std::filesystem::permissions(folder.path(), perms(0755)); }
 
   void addDevice(const char* name, perms permissions) {
-    std::ofstream(folder / name);
+    const std::ofstream file(folder / name);
     std::filesystem::permissions(folder / name, permissions);
   }
 
