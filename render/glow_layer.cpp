@@ -4,6 +4,7 @@
 #include <bit>
 #include <cmath>
 #include <optional>
+#include <utility>
 
 #include "hwy/cache_control.h"
 #include "render/spline.h"
@@ -16,6 +17,8 @@ namespace {
 constexpr int kTile = PaintTile::kSide;
 // In sigmas; splines between coarser samples of a Gaussian would show.
 constexpr double kCoarsest = 0.67;
+// A border's antialiasing is painted this far outside of the stroke, in pixels.
+constexpr int kPaintMarginPx = 2;
 
 int cellFor(double sigma) {
   int cell = 1;
@@ -52,6 +55,13 @@ int floorDiv(int a, int b) {
   return a >= 0 ? a / b : -((-a + b - 1) / b);
 }
 
+/// The cells that hold these pixels.
+PixelRect cellsAround(const PixelRect& pixels, int cell) {
+  if (pixels.isEmpty()) return {};
+  return {floorDiv(pixels.left, cell), floorDiv(pixels.top, cell),
+          floorDiv(pixels.right - 1, cell) + 1, floorDiv(pixels.bottom - 1, cell) + 1};
+}
+
 }  // namespace
 
 double GlowLayer::reach(double sigma) {
@@ -59,31 +69,63 @@ double GlowLayer::reach(double sigma) {
   return (kernelFor(sigmaInCells(sigma, cell)).radius() + 3) * cell;
 }
 
-void GlowLayer::build(std::span<const CurvePiece> pieces, std::span<const Strip> strips,
-                      double sigma, const PixelRect& area) {
+/// Makes room for the glow of a stroke that paints within `paint`, all dark.
+void GlowLayer::start(const PixelRect& paint, double sigma, const PixelRect& area) {
   cellPx_ = cellFor(sigma);
   const GaussianKernel& kernel = kernelFor(sigmaInCells(sigma, cellPx_));
   const int reachPx = (kernel.radius() + 3) * cellPx_;
-  PixelRect box;
-  for (const CurvePiece& piece : pieces) box = box.united(piece.box(reachPx));
-  box = box.intersected(area.grownBy(reachPx));
   mask_.reset(0, 0, 0);
-  if (box.isEmpty()) return;
-  left_ = floorDiv(box.left, cellPx_);
-  top_ = floorDiv(box.top, cellPx_);
-  const int right = floorDiv(box.right - 1, cellPx_) + 1;
-  const int bottom = floorDiv(box.bottom - 1, cellPx_) + 1;
-  thread_local GlowMask scratch;
-  scratch.reset(2 * (right - left_), 2 * (bottom - top_), blurMargin(kernel));
-  const CellMask target{scratch.row(0),  scratch.stride(), 2 * left_, 2 * top_,
-                        scratch.width(), scratch.height(), kGlowFull};
-  for (const Strip& strip : strips) {
-    const Strip local = inCells(strip, static_cast<float>(cellPx_) / 2);
-    paintPiece(local, local.bodyHalf, target);
+  const PixelRect box = paint.grownBy(reachPx).intersected(area.grownBy(reachPx));
+  if (paint.isEmpty() || box.isEmpty()) return;
+  const PixelRect cells = cellsAround(box, cellPx_);
+  left_ = cells.left;
+  top_ = cells.top;
+  mask_.reset(cells.width(), cells.height(), blurMargin(kernel));
+}
+
+/// Takes in the stroke, painted in cells of this size from cell (left, top) on, and blurs it.
+void GlowLayer::takeIn(const GlowMask& painted, int left, int top, double sigma) {
+  const PixelRect common =
+      PixelRect{left, top, left + painted.width(), top + painted.height()}.intersected(
+          {left_, top_, left_ + mask_.width(), top_ + mask_.height()});
+  if (common.isEmpty()) return;
+  for (int y = common.top; y < common.bottom; ++y) {
+    std::copy_n(painted.row(y - top) + common.left - left, common.width(),
+                mask_.row(y - top_) + common.left - left_);
   }
-  mask_.reset(right - left_, bottom - top_, blurMargin(kernel));
-  halve(scratch, mask_);
-  blur(mask_, kernel, scratch);
+  thread_local GlowMask scratch;
+  blur(mask_, common.top - top_, common.bottom - top_, kernelFor(sigmaInCells(sigma, cellPx_)),
+       scratch);
+}
+
+void buildGlows(std::span<const CurvePiece> pieces, std::span<const Strip> strips, double wideSigma,
+                double narrowSigma, const PixelRect& area, GlowLayer& wide, GlowLayer& narrow) {
+  PixelRect paint;
+  for (const CurvePiece& piece : pieces) paint = paint.united(piece.box(kPaintMarginPx));
+  wide.start(paint, wideSigma, area);
+  narrow.start(paint, narrowSigma, area);
+  if (wide.mask_.height() == 0) return;
+
+  // Cells that are halved until they are the wide glow's must start where those do.
+  const int cell = wide.cellPx_, fineCell = narrow.cellPx_;
+  const auto reachPx = static_cast<int>(GlowLayer::reach(wideSigma));
+  const PixelRect cells = cellsAround(paint.intersected(area.grownBy(reachPx)), cell);
+  if (cells.isEmpty()) return;
+  thread_local GlowMask painted, halved;
+  int scale = 2 * cell / fineCell;  // Painted cells along the side of a wide glow's cell.
+  painted.reset(scale * cells.width(), scale * cells.height(), CellMask::kPaintedTogether);
+  const CellMask target{painted.row(0),  painted.stride(), scale * cells.left, scale * cells.top,
+                        painted.width(), painted.height(), kGlowFull};
+  paintPieces(strips, static_cast<float>(fineCell) / 2, target, nullptr);
+  while (scale > 1) {
+    scale /= 2;
+    halved.reset(scale * cells.width(), scale * cells.height(), CellMask::kPaintedTogether);
+    halve(painted, halved);
+    std::swap(painted, halved);
+    if (cell == scale * fineCell)
+      narrow.takeIn(painted, scale * cells.left, scale * cells.top, narrowSigma);
+  }
+  wide.takeIn(painted, cells.left, cells.top, wideSigma);
 }
 
 void GlowLayer::prefetch(int tileX, int tileY) const {

@@ -21,11 +21,6 @@ class GlowLayer {
   /// How far the glow of `sigma` pixels reaches beyond the stroke's edge, in pixels.
   static double reach(double sigma);
 
-  /// Blurs the stroke made of `pieces`, the same as `strips`; right for every pixel of `area`.
-  /// `sigma` in pixels, > 0.
-  void build(std::span<const CurvePiece> pieces, std::span<const Strip> strips, double sigma,
-             const PixelRect& area);
-
   /// Brings a tile's cells near the processor, ahead of opening it.
   void prefetch(int tileX, int tileY) const;
 
@@ -33,12 +28,22 @@ class GlowLayer {
 
  private:
   friend class GlowTile;
+  friend void buildGlows(std::span<const CurvePiece>, std::span<const Strip>, double, double,
+                         const PixelRect&, GlowLayer&, GlowLayer&);
+
+  void start(const PixelRect& paint, double sigma, const PixelRect& area);
+  void takeIn(const GlowMask& painted, int left, int top, double sigma);
 
   int cellPx_ = 1;  // A power of two, at most a tile's side.
   int left_ = 0;    // Of the mask's first cell, in cells.
   int top_ = 0;
   GlowMask mask_;
 };
+
+/// Blurs the stroke made of `pieces`, the same as `strips`, by two Gaussians of these sigmas, in
+/// pixels, > 0; right for every pixel of `area`. Both come from one painting of the stroke.
+void buildGlows(std::span<const CurvePiece> pieces, std::span<const Strip> strips, double wideSigma,
+                double narrowSigma, const PixelRect& area, GlowLayer& wide, GlowLayer& narrow);
 
 /// The glow of a tile: rows of cells at full width. A row of pixels lies between four of them.
 struct GlowRows {
