@@ -11,13 +11,13 @@
 #include <vector>
 
 #include "render/background.h"
-#include "render/compositing.h"
 #include "render/cursor.h"
 #include "render/fading.h"
 #include "render/parallel.h"
 #include "render/stroke_colors.h"
 #include "render/stroke_shape.h"
 #include "render/tile_brush.h"
+#include "render/tile_pixels.h"
 
 namespace render::CanvasRenderer {
 
@@ -96,7 +96,9 @@ void render(const RenderScene& scene, const pixels::DrawingContext& context, pix
   if (context.pixels.width < 1 || context.pixels.height < 1) return;
   if (!(size.width > 0) || !(size.height > 0)) return;
   const CanvasMapping mapping = CanvasMapping::of(size, context.deviceScale);
-  Background(scene, mapping, context.pixels).draw();
+  Background ground;
+  ground.show(scene, mapping, context.pixels);
+  ground.draw();
   drawStrokes(scene, mapping, context.pixels);
   if (scene.cursor) drawCursor(*scene.cursor, mapping, context.pixels);
 }
