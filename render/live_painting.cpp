@@ -4,7 +4,6 @@
 #include <cmath>
 #include <utility>
 
-#include "render/compositing.h"
 #include "render/fading.h"
 #include "render/stroke_colors.h"
 
@@ -16,11 +15,13 @@ namespace {
 constexpr std::size_t kCheckpointBytes = 140u << 20;
 constexpr std::size_t kFewestCheckpoints = 2, kMostCheckpoints = 12;
 // For the shapes of fading strokes, laid anew every frame.
-constexpr std::size_t kKeptShapeBytes = 128u << 20;
-// With their masks: less, so that masks push no shape out.
-constexpr std::size_t kKeptMaskBytes = 100u << 20;
+constexpr std::size_t kKeptShapeBytes = 160u << 20;
+// With what they do to tiles: less, so that this pushes no shape out.
+constexpr std::size_t kKeptShareBytes = 130u << 20;
 // Strokes whose shapes are at hand together while a painting is built up.
 constexpr std::size_t kLaidTogether = 64;
+// Finding out which tiles a stroke reaches takes this much less than laying it over them.
+constexpr int kJoinedPerWork = 16;
 // Shapes are made this long before they are laid in every frame, a few in each.
 constexpr double kAheadSeconds = 1;
 constexpr int kShapedAhead = 8;
@@ -68,6 +69,7 @@ const std::vector<int>& LivePainting::update(const RenderScene& scene, const Can
     grow(entries_[last], scene.strokes[last]);
   }
   addNew(scene);
+  if (entries_.size() < scene.strokes.size()) return changed_;  // The others join in later updates.
   if (!isBuilding_ || stale_.empty()) fadeAll(scene);
   paintStale(scene);
   if (isBuilding_ && stale_.empty()) {
@@ -125,13 +127,13 @@ void LivePainting::join(Entry& entry, const strokes::StrokePoints& points) {
       if (!shape.isReached(x, y)) continue;
       const int index = y * tilesRect_.width() + x;
       LiveTile& tile = tiles_[static_cast<std::size_t>(index)];
+      if (!tile.isStale()) stale_.push_back(index);
       if (tile.holds(entry.serial)) {
         tile.change(entry.serial);
       } else {
         tile.add(entry.serial, !isFading(tile), mostCheckpoints_);
         entry.tiles.push_back(index);
       }
-      stale_.push_back(index);
     }
   }
 }
@@ -153,7 +155,10 @@ void LivePainting::grow(Entry& entry, const strokes::Stroke& stroke) {
 }
 
 void LivePainting::addNew(const RenderScene& scene) {
+  std::size_t joined = 0;
+  const auto most = static_cast<std::size_t>(workPerUpdate_) * kJoinedPerWork;
   for (std::size_t i = entries_.size(); i < scene.strokes.size(); ++i) {
+    if (isBuilding_ && joined > most) return;
     const strokes::Stroke& stroke = scene.strokes[i];
     Entry& entry = entries_.emplace_back();
     entry.serial = nextSerial_++;
@@ -164,6 +169,7 @@ void LivePainting::addNew(const RenderScene& scene) {
     entry.pointCount = stroke.points.size();
     if (!stroke.points.empty()) entry.lastPoint = stroke.points.back();
     join(entry, stroke.points);
+    joined += entry.tiles.size();
   }
 }
 
@@ -176,8 +182,9 @@ void LivePainting::fadeAll(const RenderScene& scene) {
     if (alpha == entry.alpha) continue;
     entry.alpha = alpha;
     for (const int index : entry.tiles) {
-      tiles_[static_cast<std::size_t>(index)].change(entry.serial);
-      stale_.push_back(index);
+      LiveTile& tile = tiles_[static_cast<std::size_t>(index)];
+      if (!tile.isStale()) stale_.push_back(index);
+      tile.change(entry.serial);
     }
   }
 }
@@ -274,6 +281,7 @@ void LivePainting::shapeAhead(const RenderScene& scene) {
     const bool fadesSoon = scene.now - stroke.lastTime > scene.fadeSeconds - kAheadSeconds;
     if (!fadesSoon || entries_[i].shape || !(entries_[i].alpha > 0)) continue;
     buildShape(entries_[i], stroke, tilesRect_);
+    for (const int tile : entries_[i].tiles) keptShares(entries_[i], tile);
     ++shaped;
   }
 }
@@ -289,9 +297,9 @@ void LivePainting::buildShape(Entry& entry, const strokes::Stroke& stroke, const
 void LivePainting::dropShape(Entry& entry) {
   if (!entry.shape) return;
   shapeBytes_ -= entry.shape->bytesHeld();
-  for (const auto& [tile, masks] : entry.masks) shapeBytes_ -= masks.bytesHeld();
+  for (const auto& [tile, shares] : entry.shares) shapeBytes_ -= shares.bytesHeld();
   entry.shape.reset();
-  entry.masks.clear();
+  entry.shares.clear();
 }
 
 void LivePainting::layBefore(std::uint64_t endSerial) {
@@ -301,11 +309,16 @@ void LivePainting::layBefore(std::uint64_t endSerial) {
   }
 }
 
-/// Room for the masks that the next frames want again; null where there is none.
-KeptMasks* LivePainting::keptMasks(Entry& entry, int tile) {
-  if (!anyFades_ || isBuilding_ || entry.shapeTiles != tilesRect_) return nullptr;
-  if (const auto found = entry.masks.find(tile); found != entry.masks.end()) return &found->second;
-  return shapeBytes_ < kKeptMaskBytes ? &entry.masks[tile] : nullptr;
+/// What the stroke does to a tile, which the next frames want again; null where there is no room.
+KeptShares* LivePainting::keptShares(Entry& entry, int tile) {
+  if (entry.shapeTiles != tilesRect_) return nullptr;
+  if (const auto found = entry.shares.find(tile); found != entry.shares.end())
+    return &found->second;
+  if (shapeBytes_ > kKeptShareBytes) return nullptr;
+  KeptShares& kept = entry.shares[tile];
+  brush_.keep(*entry.shape, tile % tilesRect_.width(), tile / tilesRect_.width(), kept);
+  shapeBytes_ += kept.bytesHeld();
+  return &kept;
 }
 
 void LivePainting::layNext(int number) {
@@ -313,11 +326,14 @@ void LivePainting::layNext(int number) {
   Entry& entry = entries_[indexOf(tile.nextStroke())];
   PaintTile& paint = tile.workPaint();
   if (entry.alpha > 0) {
-    const int x = number % tilesRect_.width(), y = number / tilesRect_.width();
-    KeptMasks* kept = keptMasks(entry, number);
-    const std::size_t before = kept ? kept->bytesHeld() : 0;
-    brush_.lay(*entry.shape, strokeColors(entry.colorIndex), entry.alpha, x, y, paint, kept);
-    if (kept) shapeBytes_ += kept->bytesHeld() - before;
+    const StrokeColors colors = strokeColors(entry.colorIndex);
+    const KeptShares* kept = anyFades_ && !isBuilding_ ? keptShares(entry, number) : nullptr;
+    if (kept) {
+      kept->lay(colors, entry.alpha, paint);
+    } else {
+      brush_.lay(*entry.shape, colors, entry.alpha, number % tilesRect_.width(),
+                 number / tilesRect_.width(), paint);
+    }
   }
   if (tile.finishStroke(isUnsettledAfter(tile, entry.serial), mostCheckpoints_))
     changed_.push_back(number);

@@ -36,7 +36,7 @@ class LivePainting {
   bool isBuilding() const { return isBuilding_; }
 
   /// Whether every tile shows the scene; otherwise some show an earlier one.
-  bool isUpToDate() const { return stale_.empty(); }
+  bool isUpToDate() const { return !isBuilding_ && stale_.empty(); }
 
   /// Tiles of the canvas, counted from its top left corner.
   const PixelRect& tiles() const { return tilesRect_; }
@@ -62,7 +62,7 @@ class LivePainting {
     std::unique_ptr<StrokeShape> shape;
     PixelRect shapeTiles;  // The tiles that `shape` is right for.
     // By tile, for the whole of a stroke that every frame lays again.
-    std::unordered_map<int, KeptMasks> masks;
+    std::unordered_map<int, KeptShares> shares;
 
     /// Whether the stroke is this one, perhaps longer by now.
     bool isFor(const strokes::Stroke& stroke) const;
@@ -83,7 +83,7 @@ class LivePainting {
   void dropShape(Entry& entry);
   void layBefore(std::uint64_t endSerial);
   void layNext(int number);
-  KeptMasks* keptMasks(Entry& entry, int tile);
+  KeptShares* keptShares(Entry& entry, int tile);
   bool isUnsettledAfter(const LiveTile& tile, std::uint64_t serial) const;
   bool isFading(const LiveTile& tile) const;
   const Entry& entryOf(std::uint64_t serial) const;
@@ -102,7 +102,7 @@ class LivePainting {
   std::vector<int> stale_;    // Tiles with isStale().
   std::vector<int> changed_;  // By the running update.
   std::size_t mostCheckpoints_ = 2;
-  std::size_t shapeBytes_ = 0;  // Of all entries' shapes and masks.
+  std::size_t shapeBytes_ = 0;  // Of all entries' shapes and shares.
   TileBrush brush_;
 };
 

@@ -56,8 +56,8 @@ void LiveTile::change(std::uint64_t stroke) {
 
 PaintTile& LiveTile::workPaint() {
   if (work_) return *work_;
-  work_ = std::make_shared<PaintTile>();
-  if (!checkpoints_.empty()) *work_ = *checkpoints_.back().paint;
+  work_ = checkpoints_.empty() ? std::make_shared<PaintTile>()
+                               : std::make_shared<PaintTile>(*checkpoints_.back().paint);
   return *work_;
 }
 
