@@ -201,6 +201,7 @@ class AppModel {
 
   render::LiveCanvas videoCanvas_;  // While recording, keeps what did not change in this:
   pixels::Surface videoPicture_;
+  bool videoHasBegun_ = false;
   recording::Recorder recorder_;  // Last: it draws the rest.
 };
 
