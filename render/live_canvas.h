@@ -30,7 +30,7 @@ struct LiveFrame {
 class LiveCanvas {
  public:
   /// Enough strokes over tiles for some 30 ms of work a frame.
-  static constexpr int kWorkPerFrame = 1500;
+  static constexpr int kWorkPerFrame = 4000;
 
   explicit LiveCanvas(int workPerFrame = kWorkPerFrame) : painting_(workPerFrame) {}
 

@@ -77,8 +77,12 @@ const std::vector<int>& LivePainting::update(const RenderScene& scene, const Can
     isBuilding_ = false;
     fadeAll(scene);
     paintStale(scene);
+    isBuilding_ = !stale_.empty();
   }
   if (!isBuilding_) shapeAhead(scene);
+  // Some may have got ready by one change and be late after the next.
+  std::erase_if(changed_,
+                [this](int tile) { return tiles_[static_cast<std::size_t>(tile)].isStale(); });
   return changed_;
 }
 
@@ -164,6 +168,7 @@ void LivePainting::addNew(const RenderScene& scene) {
     entry.serial = nextSerial_++;
     entry.id = stroke.id;
     entry.colorIndex = stroke.colorIndex;
+    entry.colors = strokeColors(stroke.colorIndex);
     entry.alpha = alphaOf(scene, stroke);
     anyFades_ = anyFades_ || entry.alpha < 1;
     entry.pointCount = stroke.points.size();
@@ -297,7 +302,7 @@ void LivePainting::buildShape(Entry& entry, const strokes::Stroke& stroke, const
 void LivePainting::dropShape(Entry& entry) {
   if (!entry.shape) return;
   shapeBytes_ -= entry.shape->bytesHeld();
-  for (const auto& [tile, shares] : entry.shares) shapeBytes_ -= shares.bytesHeld();
+  for (const auto& shares : entry.shares) shapeBytes_ -= shares ? shares->bytesHeld() : 0;
   entry.shape.reset();
   entry.shares.clear();
 }
@@ -310,15 +315,23 @@ void LivePainting::layBefore(std::uint64_t endSerial) {
 }
 
 /// What the stroke does to a tile, which the next frames want again; null where there is no room.
-KeptShares* LivePainting::keptShares(Entry& entry, int tile) {
+const KeptShares* LivePainting::keptShares(Entry& entry, int tile) {
   if (entry.shapeTiles != tilesRect_) return nullptr;
-  if (const auto found = entry.shares.find(tile); found != entry.shares.end())
-    return &found->second;
+  const PixelRect& reached = entry.shape->tiles();
+  const int x = tile % tilesRect_.width(), y = tile / tilesRect_.width();
+  const PixelRect one{x, y, x + 1, y + 1};
+  if (one.intersected(reached) != one) return nullptr;  // As before it grew.
+  if (entry.shares.empty()) {
+    entry.shares.resize(static_cast<std::size_t>(reached.width()) *
+                        static_cast<std::size_t>(reached.height()));
+  }
+  const int place = (y - reached.top) * reached.width() + x - reached.left;
+  std::optional<KeptShares>& kept = entry.shares[static_cast<std::size_t>(place)];
+  if (kept) return &*kept;
   if (shapeBytes_ > kKeptShareBytes) return nullptr;
-  KeptShares& kept = entry.shares[tile];
-  brush_.keep(*entry.shape, tile % tilesRect_.width(), tile / tilesRect_.width(), kept);
-  shapeBytes_ += kept.bytesHeld();
-  return &kept;
+  brush_.keep(*entry.shape, x, y, kept.emplace());
+  shapeBytes_ += kept->bytesHeld();
+  return &*kept;
 }
 
 void LivePainting::layNext(int number) {
@@ -326,12 +339,11 @@ void LivePainting::layNext(int number) {
   Entry& entry = entries_[indexOf(tile.nextStroke())];
   PaintTile& paint = tile.workPaint();
   if (entry.alpha > 0) {
-    const StrokeColors colors = strokeColors(entry.colorIndex);
     const KeptShares* kept = anyFades_ && !isBuilding_ ? keptShares(entry, number) : nullptr;
     if (kept) {
-      kept->lay(colors, entry.alpha, paint);
+      kept->lay(entry.colors, entry.alpha, paint);
     } else {
-      brush_.lay(*entry.shape, colors, entry.alpha, number % tilesRect_.width(),
+      brush_.lay(*entry.shape, entry.colors, entry.alpha, number % tilesRect_.width(),
                  number / tilesRect_.width(), paint);
     }
   }

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <unordered_map>
 #include <vector>
 
 #include "render/canvas_mapping.h"
@@ -40,7 +39,8 @@ class LivePainting {
 
   /// Tiles of the canvas, counted from its top left corner.
   const PixelRect& tiles() const { return tilesRect_; }
-  /// Null where nothing is painted.
+  /// Null where nothing is painted. Not of a tile that is still to be brought up to date, as it may
+  /// be while isBuilding() or between the updates that return it.
   const PaintTile* paintOf(int tile) const {
     return tiles_[static_cast<std::size_t>(tile)].shown().get();
   }
@@ -54,6 +54,7 @@ class LivePainting {
     std::uint64_t serial = 0;
     strokes::StrokeId id;
     int colorIndex = 0;
+    StrokeColors colors{};
     double alpha = 1;
     std::size_t pointCount = 0;
     strokes::StrokePoint lastPoint;
@@ -61,8 +62,9 @@ class LivePainting {
     // While it is laid, and longer while strokes fade and every frame lays it again.
     std::unique_ptr<StrokeShape> shape;
     PixelRect shapeTiles;  // The tiles that `shape` is right for.
-    // By tile, for the whole of a stroke that every frame lays again.
-    std::unordered_map<int, KeptShares> shares;
+    // What it does to the tiles of shapeTiles, for a stroke that every frame lays again: one for
+    // each, row by row, those that are not kept yet empty.
+    std::vector<std::optional<KeptShares>> shares;
 
     /// Whether the stroke is this one, perhaps longer by now.
     bool isFor(const strokes::Stroke& stroke) const;
@@ -83,7 +85,7 @@ class LivePainting {
   void dropShape(Entry& entry);
   void layBefore(std::uint64_t endSerial);
   void layNext(int number);
-  KeptShares* keptShares(Entry& entry, int tile);
+  const KeptShares* keptShares(Entry& entry, int tile);
   bool isUnsettledAfter(const LiveTile& tile, std::uint64_t serial) const;
   bool isFading(const LiveTile& tile) const;
   const Entry& entryOf(std::uint64_t serial) const;

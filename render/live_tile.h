@@ -18,8 +18,7 @@ class LiveTile {
   const std::vector<std::uint64_t>& strokes() const { return strokes_; }
   bool holds(std::uint64_t stroke) const;
 
-  /// The latest finished picture of the tile; null when nothing is painted. Not up to date while
-  /// isStale().
+  /// The finished picture of the tile; null when nothing is painted. Not while isStale().
   const Paint& shown() const { return shown_; }
   bool isStale() const { return isStale_; }
 
