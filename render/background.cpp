@@ -87,8 +87,8 @@ void Background::drawRow(int y, int left, int right) {
   }
 }
 
-void Background::draw() {
-  for (int y = 0; y < height_; ++y) drawRow(y, 0, width_);
+void Background::drawRows(int top, int bottom) {
+  for (int y = top; y < bottom; ++y) drawRow(y, 0, width_);
 }
 
 void Background::replaceRow(int y, int left, int right) {

@@ -21,8 +21,8 @@ class Background {
   void show(const RenderScene& scene, const CanvasMapping& mapping,
             const pixels::SurfaceView& pixels);
 
-  /// Draws all of it.
-  void draw();
+  /// Draws its rows from `top` up to `bottom`.
+  void drawRows(int top, int bottom);
 
   /// Replaces the pixels from `left` up to `right` of row `y`, also outside the canvas, as if they
   /// had been transparent. Cheapest when `y` grows.

@@ -17,6 +17,7 @@ namespace hn = hwy::HWY_NAMESPACE;
 using D = hn::CappedTag<std::int16_t, 32>;
 using V = hn::Vec<D>;
 constexpr int kSide = PaintTile::kSide;
+constexpr int kBothHalves = 3;
 
 /// a + b - ab: two shares of one colour, one over the other.
 HWY_INLINE V together(D d, V a, V b) {
@@ -27,7 +28,7 @@ HWY_INLINE V together(D d, V a, V b) {
 struct RowMix {
   const std::int16_t* rows[4];
   const std::int16_t* weights;
-  bool isDark;
+  int isDark;  // As GlowRows::isDark.
 };
 
 HWY_INLINE RowMix mixFor(const GlowRows& glow, int y) {
@@ -37,10 +38,11 @@ HWY_INLINE RowMix mixFor(const GlowRows& glow, int y) {
   const std::uint8_t* dark = glow.isDark + first;
   return {{row(0), row(1), row(2), row(3)},
           glow.weights[inCell].weight,
-          (dark[0] & dark[1] & dark[2] & dark[3]) != 0};
+          dark[0] & dark[1] & dark[2] & dark[3]};
 }
 
 HWY_INLINE V mixed(D d, const RowMix& mix, int x) {
+  if (mix.isDark & (x < StrokeShares::kHalf ? 1 : 2)) return hn::Zero(d);
   const auto part = [&](int i) {
     return hn::MulFixedPoint15(hn::Load(d, mix.rows[i] + x), hn::Set(d, mix.weights[i]));
   };
@@ -90,11 +92,11 @@ void layGlowingRows(const GlowRows& wideRows, const GlowRows& narrowRows, const 
     const RowMix wide = mixFor(wideRows, y), narrow = mixFor(narrowRows, y);
     const bool hasSharp = y >= sharp.firstRow && y < sharp.endRow;
     const int sharpRow = (y - sharp.firstRow) * kSide;
-    if (wide.isDark && narrow.isDark && !hasSharp) continue;
+    if ((wide.isDark & narrow.isDark) == kBothHalves && !hasSharp) continue;
     for (int x = 0; x < kSide; x += static_cast<int>(hn::Lanes(d))) {
       std::int16_t* paint = tile.rows[y][0] + x;
-      const V wideShare = wide.isDark ? hn::Zero(d) : mixed(d, wide, x);
-      const V narrowShare = narrow.isDark ? hn::Zero(d) : mixed(d, narrow, x);
+      const V wideShare = mixed(d, wide, x);
+      const V narrowShare = mixed(d, narrow, x);
       if (!hasSharp) {
         const V share = together(d, wideShare, narrowShare);
         if (!isNothing(d, share)) layBody<kFades>(d, share, fading, colors, paint);
@@ -160,8 +162,8 @@ void mixGlowingTile(const GlowRows& wideRows, const GlowRows& narrowRows, const 
     const bool hasSharp = y >= sharp.firstRow && y < sharp.endRow;
     const int sharpRow = (y - sharp.firstRow) * kSide;
     for (int x = 0; x < kSide; x += static_cast<int>(hn::Lanes(d))) {
-      const V wideShare = wide.isDark ? hn::Zero(d) : mixed(d, wide, x);
-      const V narrowShare = narrow.isDark ? hn::Zero(d) : mixed(d, narrow, x);
+      const V wideShare = mixed(d, wide, x);
+      const V narrowShare = mixed(d, narrow, x);
       if (!hasSharp) {
         keepShares(d, together(d, wideShare, narrowShare), hn::Zero(d), x, y, shares);
         continue;

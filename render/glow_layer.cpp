@@ -19,6 +19,9 @@ constexpr int kTile = PaintTile::kSide;
 constexpr double kCoarsest = 0.67;
 // A border's antialiasing is painted this far outside of the stroke, in pixels.
 constexpr int kPaintMarginPx = 2;
+// More cells than are wanted that expandCells() reads.
+constexpr int kReadBeyond = 5;
+constexpr std::uint8_t kBothHalves = 3;
 
 int cellFor(double sigma) {
   int cell = 1;
@@ -136,47 +139,57 @@ void GlowLayer::prefetch(int tileX, int tileY) const {
   for (int y = first; y < end; ++y) hwy::Prefetch(mask_.row(y) + x);
 }
 
-/// Expands a row of cells to pixels; false, and zeroes, where all are dark.
-bool GlowTile::expandRow(const GlowLayer& layer, int cellY, int firstCellX,
-                         std::int16_t* values) const {
+/// Expands a row of cells some of which, or of those that are read with them, the mask has not.
+void GlowTile::expandEdge(const GlowLayer& layer, int firstCell, int firstRow, int row) {
   const GlowMask& mask = layer.mask_;
-  const int y = cellY - layer.top_;
-  const int margin = layer.cellPx_ == 1 ? 0 : 2;
-  const int count = kTile / layer.cellPx_ + 2 * margin;
-  const int first = firstCellX - margin - layer.left_;
-  // The cells of the mask among those wanted; the others are zero.
-  const int from = std::clamp(-first, 0, count);
-  const int to = std::clamp(mask.width() - first, from, count);
-  std::int16_t any = 0;
-  if (y >= 0 && y < mask.height()) {
-    const std::int16_t* row = mask.row(y) + first;
-    for (int i = from; i < to; ++i) any = static_cast<std::int16_t>(any | row[i]);
-  }
-  if (any == 0) {
-    std::fill_n(values, kTile, std::int16_t{0});
-    return false;
-  }
-  const std::int16_t* cells = mask.row(y) + first;
-  std::int16_t copy[kTile + 4] = {};
-  if (-first > mask.margin() || first + count > mask.width() + mask.margin()) {
-    std::copy(cells + from, cells + to, copy + from);
-    cells = copy;
-  }
-  if (layer.cellPx_ == 1) {
-    std::copy_n(cells, kTile, values);
-  } else {
-    expandCells(cells, layer.cellPx_, values);
-  }
-  return true;
+  const int count = kTile / layer.cellPx_ + 4;
+  std::int16_t cells[kTile + 2 * kReadBeyond] = {};
+  const int from = std::clamp(-firstCell, 0, count);
+  const int to = std::clamp(mask.width() - firstCell, from, count);
+  const std::int16_t* source = mask.row(firstRow + row) + firstCell;
+  std::copy(source + from, source + to, cells + from);
+  expandCells(cells, 0, 1, layer.cellPx_, rows_ + row, isDark_ + row);
+}
+
+/// Where every cell is a pixel.
+void GlowTile::copyRow(const GlowLayer& layer, int firstCell, int firstRow, int row) {
+  const GlowMask& mask = layer.mask_;
+  const int from = std::clamp(-firstCell, 0, kTile);
+  const int to = std::clamp(mask.width() - firstCell, from, kTile);
+  std::fill_n(rows_[row], kTile, std::int16_t{0});
+  const std::int16_t* source = mask.row(firstRow + row) + firstCell;
+  std::copy(source + from, source + to, rows_[row] + from);
+  isDark_[row] = 0;
 }
 
 GlowRows GlowTile::open(const GlowLayer& layer, int tileX, int tileY) {
+  const GlowMask& mask = layer.mask_;
+  const int cells = kTile / layer.cellPx_, count = cells + 4;
+  const int firstRow = tileY * cells - 2 - layer.top_;
+  const bool isFine = layer.cellPx_ == 1;
+  const int firstCell = tileX * cells - (isFine ? 0 : 2) - layer.left_;
+  // The rows of the mask among those wanted; the others are dark.
+  const int from = std::clamp(-firstRow, 0, count);
+  const int to = std::clamp(mask.height() - firstRow, from, count);
+  for (int row = 0; row < count; ++row) {
+    if (row >= from && row < to) continue;
+    std::fill_n(rows_[row], kTile, std::int16_t{0});
+    isDark_[row] = kBothHalves;
+  }
+  const bool isInside = -firstCell <= mask.margin() &&
+                        firstCell + count + kReadBeyond <= mask.width() + mask.margin();
+  if (isInside && !isFine && from < to) {
+    expandCells(mask.row(firstRow + from) + firstCell, mask.stride(), to - from, layer.cellPx_,
+                rows_ + from, isDark_ + from);
+  } else {
+    for (int row = from; row < to; ++row) {
+      isFine ? copyRow(layer, firstCell, firstRow, row)
+             : expandEdge(layer, firstCell, firstRow, row);
+    }
+  }
   // Without splines between them, rows of cells are rows of pixels.
   static constexpr SplineWeights kItself{{0, 32767, 0, 0}};
-  const int cells = kTile / layer.cellPx_;
-  for (int i = 0; i < cells + 4; ++i)
-    isDark_[i] = expandRow(layer, tileY * cells - 2 + i, tileX * cells, rows_[i]) ? 0 : 1;
-  return {rows_, isDark_, layer.cellPx_ == 1 ? &kItself : &splineWeights(layer.cellPx_, 0),
+  return {rows_, isDark_, isFine ? &kItself : &splineWeights(layer.cellPx_, 0),
           std::countr_zero(static_cast<unsigned>(layer.cellPx_))};
 }
 

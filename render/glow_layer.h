@@ -48,7 +48,7 @@ void buildGlows(std::span<const CurvePiece> pieces, std::span<const Strip> strip
 /// The glow of a tile: rows of cells at full width. A row of pixels lies between four of them.
 struct GlowRows {
   const std::int16_t (*rows)[PaintTile::kSide];  ///< From two cells above the tile.
-  const std::uint8_t* isDark;                    ///< For each row, 1 where it is all zero.
+  const std::uint8_t* isDark;                    ///< For each row, as expandCells() says.
   const SplineWeights* weights;                  ///< For each row of pixels in a cell.
   int cellShift;                                 ///< A cell is 1 << cellShift pixels high.
 };
@@ -60,7 +60,8 @@ class GlowTile {
   GlowRows open(const GlowLayer& layer, int tileX, int tileY);
 
  private:
-  bool expandRow(const GlowLayer& layer, int cellY, int firstCellX, std::int16_t* values) const;
+  void expandEdge(const GlowLayer& layer, int firstCell, int firstRow, int row);
+  void copyRow(const GlowLayer& layer, int firstCell, int firstRow, int row);
 
   alignas(64) std::int16_t rows_[PaintTile::kSide + 4][PaintTile::kSide];
   std::uint8_t isDark_[PaintTile::kSide + 4];

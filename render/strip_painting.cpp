@@ -54,8 +54,13 @@ namespace render::HWY_NAMESPACE {
 using Small = hn::Rebind<std::int16_t, F>;
 using Whole = hn::Rebind<std::int32_t, F>;
 
+/// `share`: 0 to 32767, to be rounded.
 HWY_INLINE void raise(Floats share, std::int16_t* cell) {
-  const auto value = hn::DemoteTo(Small(), hn::ConvertTo(Whole(), share));
+  // Next to 2^23 a float's last bit is one: cheaper than a conversion that also minds overflows.
+  const Whole whole;
+  const float two23 = 8388608.0f;
+  const auto bits = hn::BitCast(whole, hn::Add(share, hn::Set(F(), two23)));
+  const auto value = hn::DemoteTo(Small(), hn::Sub(bits, hn::BitCast(whole, hn::Set(F(), two23))));
   hn::StoreU(hn::Max(hn::LoadU(Small(), cell), value), Small(), cell);
 }
 
@@ -81,7 +86,7 @@ HWY_INLINE Floats shareOfBreadth(const StripTask& t, const StripBreadth& breadth
   // Not what lies beyond the far border of a thin one.
   if (breadth.half < t.borderReach)
     share = hn::Sub(share, shareAt(t, hn::Neg(hn::Add(half, distance))));
-  return hn::Add(hn::Max(share, hn::Zero(f)), hn::Set(f, 0.5f));
+  return hn::Max(share, hn::Zero(f));
 }
 
 template <bool kBent, bool kCore>
@@ -261,7 +266,7 @@ void paintDisc(float x, float y, float half, std::int16_t* cells, const CellMask
       const Floats a = hn::Div(qx, length), b = hn::Div(qy, length);
       const Floats share = squareShare(hn::Sub(hn::Set(f, half), distance),
                                        hn::Max(hn::Max(a, b), tiny), hn::Max(hn::Min(a, b), tiny));
-      raise(hn::Add(hn::Mul(share, full), hn::Set(f, 0.5f)), rowCells + column);
+      raise(hn::Mul(share, full), rowCells + column);
     }
   }
 }

@@ -30,7 +30,7 @@ const float* depthRow(const DistanceField& field, int y, bool ofCore) {
 // A path that turns less than this in all cannot come back to itself: half a circle.
 constexpr float kLargestTurn = 3.0f;
 // With more runs than this, all pieces are painted at once.
-constexpr std::size_t kMostRuns = 4;
+constexpr std::size_t kMostRuns = 16;
 
 }  // namespace
 

@@ -23,16 +23,19 @@ constexpr int kSide = PaintTile::kSide;
 
 void flattenRow(const std::int16_t (*channels)[kSide], std::uint8_t* pixels) {
   const hn::CappedTag<std::int16_t, 32> d;
-  const hn::Rebind<std::uint8_t, decltype(d)> d8;
+  const hn::RebindToUnsigned<decltype(d)> pairs;
   const auto full = hn::Set(d, 255);
+  auto* places = reinterpret_cast<std::uint16_t*>(pixels);
   for (int x = 0; x < kSide; x += static_cast<int>(hn::Lanes(d))) {
     const auto alpha = hn::Load(d, channels[3] + x);
     // Rounding may have lifted a colour above its alpha.
     const auto shown = [&](int c) {
-      return hn::DemoteTo(d8,
-                          hn::MulFixedPoint15(hn::Min(hn::Load(d, channels[c] + x), alpha), full));
+      return hn::MulFixedPoint15(hn::Min(hn::Load(d, channels[c] + x), alpha), full);
     };
-    hn::StoreInterleaved4(shown(0), shown(1), shown(2), shown(3), d8, pixels + 4 * x);
+    const auto pairOf = [&](int c) {
+      return hn::BitCast(pairs, hn::Or(shown(c), hn::ShiftLeft<8>(shown(c + 1))));
+    };
+    hn::StoreInterleaved2(pairOf(0), pairOf(2), pairs, places + 2 * x);
   }
 }
 
@@ -97,10 +100,11 @@ void layRow(const std::uint8_t* over, int count, std::uint8_t* pixels) {
 /// The first `rows` rows of `count` pixels.
 void layTileRows(const PaintTile& tile, int rows, int count, std::uint8_t* pixels,
                  std::size_t strideBytes) {
-  alignas(64) std::uint8_t flat[4 * kSide];
+  // All rows before any: what has just been stored in parts cannot be loaded as a whole at once.
+  alignas(64) std::uint8_t flat[kSide][4 * kSide];
+  flattenRows(tile, flat[0], sizeof flat[0]);
   for (int y = 0; y < rows; ++y) {
-    flattenRow(tile.rows[y], flat);
-    layRow(flat, count, pixels);
+    layRow(flat[y], count, pixels);
     pixels += strideBytes;
   }
 }
