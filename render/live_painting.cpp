@@ -14,17 +14,8 @@ namespace {
 // For pictures of tiles to go back to when strokes are undone.
 constexpr std::size_t kCheckpointBytes = 140u << 20;
 constexpr std::size_t kFewestCheckpoints = 2, kMostCheckpoints = 12;
-// For the shapes of fading strokes, laid anew every frame.
-constexpr std::size_t kKeptShapeBytes = 160u << 20;
-// With what they do to tiles: less, so that this pushes no shape out.
-constexpr std::size_t kKeptShareBytes = 130u << 20;
-// Strokes whose shapes are at hand together while a painting is built up.
-constexpr std::size_t kLaidTogether = 64;
 // Finding out which tiles a stroke reaches takes this much less than laying it over them.
 constexpr int kJoinedPerWork = 16;
-// Shapes are made this long before they are laid in every frame, a few in each.
-constexpr double kAheadSeconds = 1;
-constexpr int kShapedAhead = 8;
 
 double alphaOf(const RenderScene& scene, const strokes::Stroke& stroke) {
   const double alpha = fadeAlpha(scene, stroke);
@@ -37,6 +28,10 @@ bool isSamePoint(const strokes::StrokePoint& a, const strokes::StrokePoint& b) {
 }
 
 }  // namespace
+
+LivePainting::LivePainting(int workPerUpdate) : workPerUpdate_(workPerUpdate) {
+  brushes_.push_back(std::make_unique<TileBrush>());
+}
 
 bool LivePainting::Entry::isFor(const strokes::Stroke& stroke) const {
   return stroke.id == id && stroke.colorIndex == colorIndex && stroke.points.size() >= pointCount &&
@@ -220,135 +215,6 @@ bool LivePainting::isUnsettledAfter(const LiveTile& tile, std::uint64_t serial) 
   return willChange && std::all_of(strokes.begin(), next, [this](std::uint64_t below) {
            return entryOf(below).alpha >= 1;
          });
-}
-
-void LivePainting::paintStale(const RenderScene& scene) {
-  std::sort(stale_.begin(), stale_.end());
-  stale_.erase(std::unique(stale_.begin(), stale_.end()), stale_.end());
-  const auto isFresh = [this](int tile) {
-    return !tiles_[static_cast<std::size_t>(tile)].isStale();
-  };
-  stale_.erase(std::remove_if(stale_.begin(), stale_.end(), isFresh), stale_.end());
-  if (stale_.empty()) return;
-  std::uint64_t first = nextSerial_;
-  for (const int tile : stale_)
-    first = std::min(first, tiles_[static_cast<std::size_t>(tile)].nextStroke());
-  // Fading is never late: half a fade shown for one stroke and not for another would look wrong.
-  const bool mayBeLate = isBuilding_ || !anyFades_;
-  int work = 0;
-  std::size_t i = 0;
-  while (i < entries_.size() && entries_[i].serial < first) ++i;
-  while (i < entries_.size() && !(mayBeLate && work >= workPerUpdate_)) {
-    // Tile by tile, as a tile and the processor are close then.
-    const std::size_t start = i;
-    const auto isRoomFor = [&](std::size_t stroke) {
-      if (mayBeLate) return stroke < start + kLaidTogether && work < workPerUpdate_;
-      return stroke < start + kLaidTogether || shapeBytes_ < kKeptShapeBytes;
-    };
-    for (; i < entries_.size() && isRoomFor(i); ++i)
-      work += shapeForStale(entries_[i], scene.strokes[i]);
-    layBefore(i < entries_.size() ? entries_[i].serial : nextSerial_);
-    for (std::size_t laid = start; laid < i; ++laid) {
-      const bool isWanted = scene.fadeEnabled && entries_[laid].shapeTiles == tilesRect_;
-      if (isBuilding_ || !isWanted || shapeBytes_ > kKeptShapeBytes) dropShape(entries_[laid]);
-    }
-  }
-  stale_.erase(std::remove_if(stale_.begin(), stale_.end(), isFresh), stale_.end());
-}
-
-/// Makes the stroke's shape where stale tiles want it. How many do.
-int LivePainting::shapeForStale(Entry& entry, const strokes::Stroke& stroke) {
-  int wanted = 0;
-  PixelRect missing;
-  for (const int number : entry.tiles) {
-    const LiveTile& tile = tiles_[static_cast<std::size_t>(number)];
-    if (!tile.isStale() || tile.nextStroke() > entry.serial) continue;
-    ++wanted;
-    const int x = number % tilesRect_.width(), y = number / tilesRect_.width();
-    missing = missing.united({x, y, x + 1, y + 1});
-  }
-  if (wanted == 0 || !(entry.alpha > 0)) return wanted;
-  const bool isThere = entry.shape && missing.intersected(entry.shapeTiles) == missing;
-  if (!isThere) buildShape(entry, stroke, anyFades_ && !isBuilding_ ? tilesRect_ : missing);
-  return wanted;
-}
-
-void LivePainting::shapeAhead(const RenderScene& scene) {
-  if (!scene.fadeEnabled) {
-    for (Entry& entry : entries_) dropShape(entry);
-    return;
-  }
-  int shaped = 0;
-  // The newest stroke may still grow.
-  for (std::size_t i = 0; i + 1 < entries_.size() && shaped < kShapedAhead; ++i) {
-    if (shapeBytes_ > kKeptShapeBytes) return;
-    const strokes::Stroke& stroke = scene.strokes[i];
-    const bool fadesSoon = scene.now - stroke.lastTime > scene.fadeSeconds - kAheadSeconds;
-    if (!fadesSoon || entries_[i].shape || !(entries_[i].alpha > 0)) continue;
-    buildShape(entries_[i], stroke, tilesRect_);
-    for (const int tile : entries_[i].tiles) keptShares(entries_[i], tile);
-    ++shaped;
-  }
-}
-
-void LivePainting::buildShape(Entry& entry, const strokes::Stroke& stroke, const PixelRect& tiles) {
-  dropShape(entry);
-  entry.shape = std::make_unique<StrokeShape>();
-  entry.shape->build(stroke.points, mapping_, glow_, pixelsOfTiles(tiles).intersected(area_));
-  entry.shapeTiles = tiles;
-  shapeBytes_ += entry.shape->bytesHeld();
-}
-
-void LivePainting::dropShape(Entry& entry) {
-  if (!entry.shape) return;
-  shapeBytes_ -= entry.shape->bytesHeld();
-  for (const auto& shares : entry.shares) shapeBytes_ -= shares ? shares->bytesHeld() : 0;
-  entry.shape.reset();
-  entry.shares.clear();
-}
-
-void LivePainting::layBefore(std::uint64_t endSerial) {
-  for (const int number : stale_) {
-    const LiveTile& tile = tiles_[static_cast<std::size_t>(number)];
-    while (tile.isStale() && tile.nextStroke() < endSerial) layNext(number);
-  }
-}
-
-/// What the stroke does to a tile, which the next frames want again; null where there is no room.
-const KeptShares* LivePainting::keptShares(Entry& entry, int tile) {
-  if (entry.shapeTiles != tilesRect_) return nullptr;
-  const PixelRect& reached = entry.shape->tiles();
-  const int x = tile % tilesRect_.width(), y = tile / tilesRect_.width();
-  const PixelRect one{x, y, x + 1, y + 1};
-  if (one.intersected(reached) != one) return nullptr;  // As before it grew.
-  if (entry.shares.empty()) {
-    entry.shares.resize(static_cast<std::size_t>(reached.width()) *
-                        static_cast<std::size_t>(reached.height()));
-  }
-  const int place = (y - reached.top) * reached.width() + x - reached.left;
-  std::optional<KeptShares>& kept = entry.shares[static_cast<std::size_t>(place)];
-  if (kept) return &*kept;
-  if (shapeBytes_ > kKeptShareBytes) return nullptr;
-  brush_.keep(*entry.shape, x, y, kept.emplace());
-  shapeBytes_ += kept->bytesHeld();
-  return &*kept;
-}
-
-void LivePainting::layNext(int number) {
-  LiveTile& tile = tiles_[static_cast<std::size_t>(number)];
-  Entry& entry = entries_[indexOf(tile.nextStroke())];
-  PaintTile& paint = tile.workPaint();
-  if (entry.alpha > 0) {
-    const KeptShares* kept = anyFades_ && !isBuilding_ ? keptShares(entry, number) : nullptr;
-    if (kept) {
-      kept->lay(entry.colors, entry.alpha, paint);
-    } else {
-      brush_.lay(*entry.shape, entry.colors, entry.alpha, number % tilesRect_.width(),
-                 number / tilesRect_.width(), paint);
-    }
-  }
-  if (tile.finishStroke(isUnsettledAfter(tile, entry.serial), mostCheckpoints_))
-    changed_.push_back(number);
 }
 
 std::size_t LivePainting::bytesHeld() const {

@@ -19,12 +19,12 @@ namespace render {
 /// bit for bit.
 ///
 /// Relies on what a painting does: a stroke's points only grow at the end, strokes never change
-/// their order, and new ones come last. Main thread only.
+/// their order, and new ones come last. Main thread only; other threads help it where that pays.
 class LivePainting {
  public:
   /// `workPerUpdate`: how many strokes are laid over tiles in one update at most, so that a
   /// painting with a thousand strokes cannot hold up a frame.
-  explicit LivePainting(int workPerUpdate) : workPerUpdate_(workPerUpdate) {}
+  explicit LivePainting(int workPerUpdate);
 
   /// Follows the scene. Returns the tiles, counted row by row, whose picture is another one now.
   const std::vector<int>& update(const RenderScene& scene, const CanvasMapping& mapping, int width,
@@ -62,12 +62,19 @@ class LivePainting {
     // While it is laid, and longer while strokes fade and every frame lays it again.
     std::unique_ptr<StrokeShape> shape;
     PixelRect shapeTiles;  // The tiles that `shape` is right for.
-    // What it does to the tiles of shapeTiles, for a stroke that every frame lays again: one for
-    // each, row by row, those that are not kept yet empty.
+    // What it does to the tiles of its shape, row by row, while every frame lays it again; none
+    // where it does nothing or there was no room.
     std::vector<std::optional<KeptShares>> shares;
 
     /// Whether the stroke is this one, perhaps longer by now.
     bool isFor(const strokes::Stroke& stroke) const;
+  };
+
+  /// A shape that is wanted, for these tiles.
+  struct Missing {
+    Entry* entry;
+    const strokes::Stroke* stroke;
+    PixelRect tiles;
   };
 
   bool follows(const RenderScene& scene, const CanvasMapping& mapping, int width, int height);
@@ -79,13 +86,14 @@ class LivePainting {
   void join(Entry& entry, const strokes::StrokePoints& points);
   void markChanged(int tile);
   void paintStale(const RenderScene& scene);
-  int shapeForStale(Entry& entry, const strokes::Stroke& stroke);
+  int noteMissing(Entry& entry, const strokes::Stroke& stroke);
+  void makeShapes();
   void shapeAhead(const RenderScene& scene);
-  void buildShape(Entry& entry, const strokes::Stroke& stroke, const PixelRect& tiles);
   void dropShape(Entry& entry);
-  void layBefore(std::uint64_t endSerial);
-  void layNext(int number);
-  const KeptShares* keptShares(Entry& entry, int tile);
+  void keepShares(Entry& entry);
+  const KeptShares* keptShares(const Entry& entry, int tileX, int tileY) const;
+  void layBefore(std::size_t first, std::size_t end, int work);
+  void layNext(int number, TileBrush& brush);
   bool isUnsettledAfter(const LiveTile& tile, std::uint64_t serial) const;
   bool isFading(const LiveTile& tile) const;
   const Entry& entryOf(std::uint64_t serial) const;
@@ -104,8 +112,9 @@ class LivePainting {
   std::vector<int> stale_;    // Tiles with isStale().
   std::vector<int> changed_;  // By the running update.
   std::size_t mostCheckpoints_ = 2;
-  std::size_t shapeBytes_ = 0;  // Of all entries' shapes and shares.
-  TileBrush brush_;
+  std::size_t shapeBytes_ = 0;                       // Of all entries' shapes and shares.
+  std::vector<Missing> missing_;                     // To be made by the running update.
+  std::vector<std::unique_ptr<TileBrush>> brushes_;  // One for each thread.
 };
 
 }  // namespace render

@@ -75,7 +75,7 @@ PaintTile& LiveTile::workPaint() {
   return *work_;
 }
 
-bool LiveTile::finishStroke(bool keep, std::size_t mostCheckpoints) {
+void LiveTile::finishStroke(bool keep, std::size_t mostCheckpoints) {
   ++done_;
   const bool isLast = done_ == strokes_.size();
   if (isLast) {
@@ -86,7 +86,6 @@ bool LiveTile::finishStroke(bool keep, std::size_t mostCheckpoints) {
   if (keep) {
     keepCheckpoint(done_, isLast ? shown_ : std::make_shared<PaintTile>(*work_), mostCheckpoints);
   }
-  return isLast;
 }
 
 std::size_t LiveTile::bytesHeld() const {

@@ -39,8 +39,8 @@ class LiveTile {
   PaintTile& workPaint();
 
   /// nextStroke() is laid. `keep`: the strokes up to it will stay as they are while later ones
-  /// change; their picture is kept to start from. True when the tile is no longer stale.
-  bool finishStroke(bool keep, std::size_t mostCheckpoints);
+  /// change; their picture is kept to start from. After the last one the tile is no longer stale.
+  void finishStroke(bool keep, std::size_t mostCheckpoints);
 
   /// Of pictures.
   std::size_t bytesHeld() const;
