@@ -189,8 +189,9 @@ void rebuilding(benchmark::State& state, pixels::Size size) {
 LIVE(newCameraPicture, settled1000_1080p, k1080p);
 LIVE(newCameraPicture, settled1000_2160p, k2160p);
 LIVE(idle, settled1000_1080p, k1080p);
-LIVE(drawing, points20_1080p, k1080p, 20);
-LIVE(drawing, points2000_1080p, k1080p, 2000);
+// So few that the stroke is hardly longer in the end.
+LIVE(drawing, points20_1080p, k1080p, 20)->Iterations(300);
+LIVE(drawing, points2000_1080p, k1080p, 2000)->Iterations(300);
 LIVE(fading, strokes100_1080p, k1080p);
 LIVE(beginningToFade, strokes100_1080p, k1080p);
 LIVE(undo, newestOf1000_1080p, k1080p);
