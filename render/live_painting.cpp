@@ -15,7 +15,7 @@ namespace {
 constexpr std::size_t kCheckpointBytes = 140u << 20;
 constexpr std::size_t kFewestCheckpoints = 2, kMostCheckpoints = 12;
 // Finding out which tiles a stroke reaches takes this much less than laying it over them.
-constexpr int kJoinedPerWork = 16;
+constexpr int kJoinedPerWork = 6;
 
 double alphaOf(const RenderScene& scene, const strokes::Stroke& stroke) {
   const double alpha = fadeAlpha(scene, stroke);

@@ -43,6 +43,7 @@ void StrokeShape::outline(const strokes::StrokePoints& points, const CanvasMappi
 void StrokeShape::build(const strokes::StrokePoints& points, const CanvasMapping& mapping,
                         bool glow, const PixelRect& area) {
   outline(points, mapping, glow, area);
+  trimJoints(pieces_);
   index_.sortPieces(pieces_);
   strips_.clear();
   appendStrips(pieces_, strips_);
