@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "hwy/cache_control.h"
 #include "render/glow_blur.h"
 #include "render/spline.h"
 
@@ -18,6 +19,8 @@ using D = hn::CappedTag<std::int16_t, 32>;
 using V = hn::Vec<D>;
 constexpr int kSide = PaintTile::kSide;
 constexpr int kBothHalves = 3;
+// How far kept shares are fetched ahead: they come from memory, in parts too short to be foreseen.
+constexpr int kRowsAhead = 24;
 
 /// a + b - ab: two shares of one colour, one over the other.
 HWY_INLINE V together(D d, V a, V b) {
@@ -200,6 +203,8 @@ void laySharesOfHalf(const ShareColumns& half, const StrokeColors& colors, std::
     };
     const std::int16_t* bodyRow = rowOf(half.body);
     const std::int16_t* coreRow = hasCore ? rowOf(half.core) : nullptr;
+    hwy::Prefetch(bodyRow + kRowsAhead * StrokeShares::kHalf);
+    if (hasCore) hwy::Prefetch(coreRow + kRowsAhead * StrokeShares::kHalf);
     std::int16_t* paint = tile.rows[y][0] + left;
     for (int x = 0; x < StrokeShares::kHalf; x += static_cast<int>(hn::Lanes(d))) {
       const V body = hn::Load(d, bodyRow + x);
