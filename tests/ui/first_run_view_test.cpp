@@ -115,13 +115,13 @@ TEST_F(FirstRunViewTest, GreetsAndAsksForTheCamera) {
 
   EXPECT_TRUE(firstRun().isVisible());
   EXPECT_EQ(firstRun().geometry(), view.rect());
-  EXPECT_EQ(visibleTexts(),
-            QStringList(
-                {"Welcome to Wavescribe",
-                 "Paint in the air: pinch your thumb and finger to draw, open your hand to stop.",
-                 "Your camera picture is analysed live on this Mac.",
-                 "It is never saved or sent anywhere unless you save an image or video yourself.",
-                 "Wavescribe contains no network code."}));
+  EXPECT_EQ(
+      visibleTexts(),
+      QStringList({"Welcome to Wavescribe",
+                   "Paint in the air: pinch your thumb and finger to draw, open your hand to stop.",
+                   "Your camera picture is analysed live on this Mac.",
+                   "It is never saved or sent anywhere unless you save an image or video yourself.",
+                   "Wavescribe contains no network code."}));
   EXPECT_EQ(visibleButtons(), QStringList({"Allow Camera", "Use Mouse Only"}));
 }
 
