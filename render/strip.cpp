@@ -58,16 +58,4 @@ void appendStrips(std::span<const CurvePiece> pieces, std::vector<Strip>& strips
   }
 }
 
-Strip inCells(const Strip& strip, float step) {
-  const float perPx = 1 / step;
-  Strip result = strip;
-  for (float* position : {&result.startX, &result.startY, &result.endX, &result.endY})
-    *position = (*position + 0.5f) * perPx - 0.5f;
-  for (float* size :
-       {&result.length, &result.bodyHalf, &result.coreHalf, &result.startExtra, &result.endExtra})
-    *size *= perPx;
-  result.bend *= step;
-  return result;
-}
-
 }  // namespace render
