@@ -61,7 +61,8 @@ void AppModel::drawVideoFrame(const pixels::DrawingContext& context, pixels::Siz
                           ? render::CanvasBackground::black
                           : background();
   const render::RenderScene scene = makeScene(ground, true);
-  // A video begins with the whole painting. Later, one that is built up anew is shown as it was.
+  // The first frame waits until the painting that is there is built up. When it is built up anew
+  // later (the glow switched), the video shows what the window shows meanwhile.
   bool isComplete = false;
   do {
     isComplete = videoCanvas_.draw(scene, {videoPicture_.view()}, size).isComplete;
@@ -83,6 +84,11 @@ void AppModel::stopRecording() {
   recorder_.stop([this](const platform::Result<std::filesystem::path>& saved) {
     if (!saved) report("The video could not be saved.", saved.error().description);
   });
+}
+
+void AppModel::closeRecordings() {
+  recorder_.stop([](const platform::Result<std::filesystem::path>&) {});
+  recorder_.waitUntilFinished();
 }
 
 void AppModel::finishRecordingAfterFailure(const std::string& message) {

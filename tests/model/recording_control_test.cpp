@@ -325,6 +325,19 @@ TEST_F(RecordingControl, AfterAFailureTheNextRecordingStarts) {
   EXPECT_TRUE(model->isRecording());
 }
 
+TEST_F(RecordingControl, ClosingRecordingsFinishesTheVideoWithoutAWord) {
+  startRecording();
+  recordFrame();
+  script.finishesAtOnce = false;
+
+  model->closeRecordings();
+
+  EXPECT_EQ(script.steps.back(), "finishWriting");
+  EXPECT_EQ(script.ended, 1);
+  EXPECT_FALSE(model->isFinishingRecording());
+  EXPECT_EQ(model->errorMessage(), std::nullopt);
+}
+
 TEST_F(RecordingControl, TheEndOfTheModelEndsTheWriter) {
   startRecording();
 
