@@ -115,18 +115,17 @@ void buildGlows(std::span<const CurvePiece> pieces, std::span<const Strip> strip
   const PixelRect cells = cellsAround(paint.intersected(area.grownBy(reachPx)), cell);
   if (cells.isEmpty()) return;
   thread_local GlowMask painted, halved;
-  int scale = 2 * cell / fineCell;  // Painted cells along the side of a wide glow's cell.
+  int scale = cell / fineCell;  // Painted cells along the side of a wide glow's cell.
   painted.reset(scale * cells.width(), scale * cells.height(), CellMask::kPaintedTogether);
   const CellMask target{painted.row(0),  painted.stride(), scale * cells.left, scale * cells.top,
                         painted.width(), painted.height(), kGlowFull};
-  paintPieces(strips, static_cast<float>(fineCell) / 2, target, nullptr);
+  paintPieces(strips, static_cast<float>(fineCell), target, nullptr);
+  narrow.takeIn(painted, scale * cells.left, scale * cells.top, narrowSigma);
   while (scale > 1) {
     scale /= 2;
     halved.reset(scale * cells.width(), scale * cells.height(), CellMask::kPaintedTogether);
     halve(painted, halved);
     std::swap(painted, halved);
-    if (cell == scale * fineCell)
-      narrow.takeIn(painted, scale * cells.left, scale * cells.top, narrowSigma);
   }
   wide.takeIn(painted, cells.left, cells.top, wideSigma);
 }

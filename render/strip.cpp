@@ -49,12 +49,16 @@ void appendStrips(std::span<const CurvePiece> pieces, std::vector<Strip>& strips
   for (const CurvePiece& piece : pieces) {
     Strip& strip = strips.emplace_back(stripOf(piece));
     if (strips.size() == first + 1) continue;
-    const Strip& before = strips[strips.size() - 2];
+    Strip& before = strips[strips.size() - 2];
     const float sine = before.alongX * strip.alongY - before.alongY * strip.alongX;
     const float halfWay = 0.5f * (before.length + strip.length);
     strip.turn = std::abs(sine);
     strip.isCorner =
         before.endsRound || strip.startsRound || strip.turn * (strip.bodyHalf + kSeenPx) > halfWay;
+    const bool isTwice = before.endsRound && strip.startsRound && before.endX == strip.startX &&
+                         before.endY == strip.startY;
+    // Of two discs around one joint the smaller lies in the larger.
+    if (isTwice) (before.bodyHalf < strip.bodyHalf ? before.endsRound : strip.startsRound) = false;
   }
 }
 

@@ -64,17 +64,18 @@ HWY_INLINE void raise(Floats share, std::int16_t* cell) {
   hn::StoreU(hn::Max(hn::LoadU(Small(), cell), value), Small(), cell);
 }
 
-/// The share of a cell, 0 to full, whose centre lies `depth` inside a straight border.
-HWY_INLINE Floats shareAt(const StripTask& t, Floats depth) {
+/// The share of a cell, 0 to full, beyond a straight border that its centre is `away` from, on this
+/// side of it.
+HWY_INLINE Floats shareBeyond(const StripTask& t, Floats away) {
   const F f;
-  const Floats beyond = hn::Max(hn::Sub(hn::Set(f, t.borderReach), hn::Abs(depth)), hn::Zero(f));
+  const Floats beyond = hn::Max(hn::Sub(hn::Set(f, t.borderReach), away), hn::Zero(f));
   const Floats corner = hn::Min(beyond, hn::Set(f, t.smaller));
-  const Floats outer = hn::Add(hn::Mul(hn::Mul(corner, corner), hn::Set(f, t.perCorner)),
-                               hn::Mul(hn::Sub(beyond, corner), hn::Set(f, t.perSide)));
-  return hn::IfThenElse(hn::Gt(depth, hn::Zero(f)), hn::Sub(hn::Set(f, t.full), outer), outer);
+  return hn::Add(hn::Mul(hn::Mul(corner, corner), hn::Set(f, t.perCorner)),
+                 hn::Mul(hn::Sub(beyond, corner), hn::Set(f, t.perSide)));
 }
 
 /// `distance`: from the curve; `beyond`: how far it is beyond the strip's end.
+template <bool kThin>
 HWY_INLINE Floats shareOfBreadth(const StripTask& t, const StripBreadth& breadth, Floats distance,
                                  Floats beyond) {
   const F f;
@@ -82,14 +83,16 @@ HWY_INLINE Floats shareOfBreadth(const StripTask& t, const StripBreadth& breadth
   const Floats perDoubleHalf = hn::Set(f, breadth.perDoubleHalf), half = hn::Set(f, breadth.half);
   const Floats sunk = hn::Mul(hn::Mul(beyond, beyond), perDoubleHalf);
   distance = hn::Add(distance, hn::Add(sunk, hn::Mul(hn::Mul(sunk, sunk), perDoubleHalf)));
-  Floats share = shareAt(t, hn::Sub(half, distance));
+  const Floats depth = hn::Sub(half, distance);
+  const Floats across = shareBeyond(t, hn::Abs(depth));
+  Floats share =
+      hn::IfThenElse(hn::Gt(depth, hn::Zero(f)), hn::Sub(hn::Set(f, t.full), across), across);
   // Not what lies beyond the far border of a thin one.
-  if (breadth.half < t.borderReach)
-    share = hn::Sub(share, shareAt(t, hn::Neg(hn::Add(half, distance))));
+  if constexpr (kThin) share = hn::Sub(share, shareBeyond(t, hn::Add(half, distance)));
   return hn::Max(share, hn::Zero(f));
 }
 
-template <bool kBent, bool kCore>
+template <bool kBent, bool kCore, bool kThin>
 HWY_INLINE void paintCells(const StripTask& t, Floats s, Floats v, std::int16_t* body,
                            std::int16_t* core) {
   const F f;
@@ -113,15 +116,16 @@ HWY_INLINE void paintCells(const StripTask& t, Floats s, Floats v, std::int16_t*
   }
   const auto counts = hn::And(hn::Le(beforeStart, hn::Set(f, p.startExtra)),
                               hn::Le(beyondEnd, hn::Set(f, p.endExtra)));
-  raise(hn::IfThenElseZero(counts, shareOfBreadth(t, t.body, distance, beyond)), body);
+  raise(hn::IfThenElseZero(counts, shareOfBreadth<kThin>(t, t.body, distance, beyond)), body);
   if constexpr (kCore) {
     if (hn::AllTrue(f, hn::Ge(distance, hn::Set(f, t.core.half + t.borderReach)))) return;
-    raise(hn::IfThenElseZero(counts, shareOfBreadth(t, t.core, distance, beyond)), core);
+    raise(hn::IfThenElseZero(counts, shareOfBreadth<kThin>(t, t.core, distance, beyond)), core);
   }
 }
 
-/// `core`: as far from the masks' cells as in `mask` for the body; unused without.
-template <bool kBent, bool kCore>
+/// `kThin`: the borders on both sides may share cells. `core`: as far from the masks' cells as in
+/// `mask` for the body; unused without.
+template <bool kBent, bool kCore, bool kThin>
 void paintStripRows(const StripTask& t, CellSpan rows, BandOfRow across, BandOfRow along,
                     const CellMask& mask, std::int16_t* core) {
   const F f;
@@ -145,9 +149,9 @@ void paintStripRows(const StripTask& t, CellSpan rows, BandOfRow across, BandOfR
     for (int x = first; x < end; x += lanes) {
       x = std::min(x, lastStart);
       const Floats column = hn::Iota(f, static_cast<float>(x));
-      paintCells<kBent, kCore>(t, hn::Add(rowS, hn::Mul(column, alongX)),
-                               hn::Sub(rowV, hn::Mul(column, alongY)), mask.cells + row + x,
-                               kCore ? core + row + x : nullptr);
+      paintCells<kBent, kCore, kThin>(t, hn::Add(rowS, hn::Mul(column, alongX)),
+                                      hn::Sub(rowV, hn::Mul(column, alongY)), mask.cells + row + x,
+                                      kCore ? core + row + x : nullptr);
     }
   }
 }
@@ -215,13 +219,17 @@ void paintStrip(const Strip& p, const CellMask& mask, std::int16_t* core) {
     along = {p.startX + (middle - down * p.alongY) * perColumn, -p.alongY * perColumn,
              halfLength * std::abs(perColumn)};
   }
-  if (core) {
-    p.bend == 0 ? paintStripRows<false, true>(task, rows, across, along, mask, core)
-                : paintStripRows<true, true>(task, rows, across, along, mask, core);
-  } else {
-    p.bend == 0 ? paintStripRows<false, false>(task, rows, across, along, mask, nullptr)
-                : paintStripRows<true, false>(task, rows, across, along, mask, nullptr);
-  }
+  const bool isThin = (core ? p.coreHalf : p.bodyHalf) < task.borderReach;
+  const auto paintRows =
+      core
+          ? (p.bend == 0
+                 ? (isThin ? paintStripRows<false, true, true> : paintStripRows<false, true, false>)
+                 : (isThin ? paintStripRows<true, true, true> : paintStripRows<true, true, false>))
+          : (p.bend == 0 ? (isThin ? paintStripRows<false, false, true>
+                                   : paintStripRows<false, false, false>)
+                         : (isThin ? paintStripRows<true, false, true>
+                                   : paintStripRows<true, false, false>));
+  paintRows(task, rows, across, along, mask, core);
 }
 
 /// A disc so small that its border is not straight within a cell: by samples.
