@@ -54,8 +54,9 @@ int sumOfSamples(const LocalPiece* pieces, std::size_t count, int left, int top,
   alignas(64) float columns[kSamples], rows[kSamples], depths[kSamples];
   alignas(64) std::int32_t shares[kSamples];
   for (int i = 0; i < kSamples; ++i) {
-    columns[i] = firstX + static_cast<float>(i % kSamplesAlong);
-    rows[i] = firstY + static_cast<float>(i / kSamplesAlong);
+    const int column = i % kSamplesAlong, row = i / kSamplesAlong;
+    columns[i] = firstX + static_cast<float>(column);
+    rows[i] = firstY + static_cast<float>(row);
     depths[i] = kNowhere;
   }
   for (std::size_t k = 0; k < count; ++k) {
