@@ -1,6 +1,9 @@
 """How good the landmark network is on crops made from the reference joints.
 
-Only for tuning: on people of the train split who are left out of training.
+    evaluate_crops.py LANDMARKS --hands DIR [--rendered P --rooms P]
+
+Only for tuning: on people of the train split who are left out of training, and on rendered crops
+that are (P: their pattern).
 """
 import argparse
 
@@ -8,28 +11,57 @@ import cv2
 import numpy as np
 import torch
 
+import camera
 import export
 import geometry
 import real_hands
+import rendered
 from landmark_data import patch_of
+from landmark_loss import PINCHED, RELEASED
 
-PINCH_RATIO = 0.3
+RENDERED_CROPS = 1500
+
+
+def tracked_crop(points, rng):
+    """The matrix of a crop as a tracker would make it."""
+    x, y, size, angle = geometry.frame_of(points)
+    side = 1.5 * size * np.exp(rng.normal(0, 0.06))
+    x, y = np.array([x, y]) + rng.normal(0, 0.03, 2) * side
+    return geometry.crop_matrix(x, y, side, angle + rng.normal(0, 0.1), 128)
 
 
 def tuning_crops(folder, part="tuning", seed=5):
-    """Crops as a tracker would make them, with the joints in crop units."""
+    """Crops, with the joints in crop units."""
     rng = np.random.default_rng(seed)
     crops, joints, rows = [], [], []
     for picture in real_hands.load(folder, part):
         for hand in picture.hands:
             pixels, points = patch_of(picture, hand)
-            x, y, size, angle = geometry.frame_of(points)
-            side = 1.5 * size * np.exp(rng.normal(0, 0.06))
-            x, y = np.array([x, y]) + rng.normal(0, 0.03, 2) * side
-            matrix = geometry.crop_matrix(x, y, side, angle + rng.normal(0, 0.1), 128)
+            matrix = tracked_crop(points, rng)
             crops.append(geometry.warp(pixels, matrix, 128, 128, cv2.BORDER_REPLICATE))
             joints.append(geometry.transform(geometry.invert(matrix), points) / 128)
             rows.append((picture.kind, picture.digit, hand.right))
+    return np.stack(crops), np.stack(joints), rows
+
+
+def rendered_crops(crops_pattern, rooms_pattern, seed=6):
+    """The same of rendered hands in rendered rooms."""
+    rng = np.random.default_rng(seed)
+    hands = rendered.Shards(crops_pattern, rendered.CROP_SHAPE)
+    rooms = rendered.Shards(rooms_pattern, rendered.SCENE_SHAPE)
+    hands.rescan()
+    rooms.rescan()
+    crops, joints, rows = [], [], []
+    for _ in range(RENDERED_CROPS):
+        record = hands.pick(rng)
+        hand, room = record["hands"][0], np.ascontiguousarray(rooms.pick(rng)["pixels"][:160, :160, :3])
+        points = hand["joints"].astype(np.float64)
+        matrix = tracked_crop(points, rng)
+        front = geometry.warp(record["pixels"], matrix, 128, 128, cv2.BORDER_CONSTANT)
+        crop = rendered.over(front, cv2.resize(room, (128, 128)))
+        crops.append(camera.develop(crop, rng) if rng.random() < 0.5 else crop)
+        joints.append(geometry.transform(geometry.invert(matrix), points) / 128)
+        rows.append(("rendered", -1, hand["right"]))
     return np.stack(crops), np.stack(joints), rows
 
 
@@ -70,9 +102,14 @@ def figures(predicted, hands, joints, rows, choose):
     ours, theirs = predicted[choose][..., :2], joints[choose]
     right = np.array([r[2] for r in rows])[choose]
     known = np.isfinite(right)
+    seen, true = pinch_ratio(ours), pinch_ratio(theirs)
+    closed = true < PINCHED
+    of_closed = lambda values: values[closed].mean() if closed.any() else float("nan")
     return {"n": int(choose.sum()), "mean": error.mean(), "median": np.median(error),
             "pck20": (error < 0.2).mean(), "all7": (error < 0.25).all(1).mean(),
-            "pinch": ((pinch_ratio(ours) < PINCH_RATIO) == (pinch_ratio(theirs) < PINCH_RATIO)).mean(),
+            "pinch": ((seen < PINCHED) == closed).mean(), "too_wide": of_closed(seen - true),
+            "begun": of_closed(seen < PINCHED), "kept": of_closed(seen < RELEASED),
+            "parted": (seen > RELEASED)[true > RELEASED].mean() if (true > RELEASED).any() else float("nan"),
             "spread": (is_spread(ours) == is_spread(theirs)).mean(),
             "side": ((hands[choose][:, 1] > 0.5) == (right > 0.5))[known].mean() if known.any() else float("nan"),
             "presence": (hands[choose][:, 0] > 0.5).mean()}
@@ -96,6 +133,11 @@ if __name__ == "__main__":
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("checkpoint")
     parser.add_argument("--hands", required=True, help="folder of the labelled real hands")
+    parser.add_argument("--rendered", default="", help="pattern of rendered crops that were not trained on")
+    parser.add_argument("--rooms", default="", help="pattern of rendered rooms")
     arguments = parser.parse_args()
     torch.set_num_threads(1)
-    print(lines(report(export.load("landmarks", arguments.checkpoint), tuning_crops(arguments.hands))))
+    network = export.load("landmarks", arguments.checkpoint)
+    print(lines(report(network, tuning_crops(arguments.hands))))
+    if arguments.rendered:
+        print(lines(report(network, rendered_crops(arguments.rendered, arguments.rooms))))

@@ -7,10 +7,12 @@ import math
 import numpy as np
 
 WRIST, MIDDLE_MCP, INDEX_MCP, LITTLE_MCP = 0, 9, 5, 17
+THUMB_TIP, INDEX_TIP = 4, 8
 SEVEN = [0, 4, 8, 9, 12, 16, 20]  # The joints that the gesture rules use.
 CROP_PER_SIZE = 1.5
 # Shares of the distance between wrist and middle MCP by which the reported ones move.
 WRIST_SHIFT, MCP_SHIFT = 0.12, 0.10
+REPORTED_PALM = 1 - WRIST_SHIFT - MCP_SHIFT  # What is left of that distance.
 
 
 def frame_of(joints):

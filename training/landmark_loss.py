@@ -8,6 +8,11 @@ JOINT_WEIGHTS = torch.ones(21)
 JOINT_WEIGHTS[geometry.SEVEN] = 1.6
 TARGET_WIDTH = 1.1 / 32  # Standard deviation of the heat asked for, in crop sides.
 CONFIDENT_WITHIN = 0.25  # Hand sizes.
+# The gesture rules' ratios of the gap between thumb and index tip to the reported hand size: below
+# the first a pinch begins, above the second it ends.
+PINCHED, RELEASED = 0.3, 0.5
+RATIO_WIDTH = 0.05  # How sharply a ratio between the two is called one or the other.
+NEAR_RATIO = 0.9    # Of hands with a smaller ratio the gap counts in full.
 
 
 def decode(heat):
@@ -36,6 +41,21 @@ def sizes(joints):
     return torch.maximum(length, 0.28 * box) + 1e-3
 
 
+def gap_parts(points, joints, weight):
+    """Where the tips of thumb and index finger lie from each other: the way, and what the gesture rules
+    make of it. Errors that both tips share do not matter here, errors that part them do."""
+    gap = lambda p: p[:, geometry.THUMB_TIP] - p[:, geometry.INDEX_TIP]
+    ours, theirs = gap(points), gap(joints)
+    palm = (joints[:, geometry.MIDDLE_MCP] - joints[:, geometry.WRIST]).norm(dim=-1)
+    size = (palm * geometry.REPORTED_PALM).clamp(min=0.04)
+    ratio, wanted = (ours.square().sum(-1) + 1e-8).sqrt() / size, theirs.norm(dim=-1) / size
+    near = 0.25 + 0.75 * (wanted < NEAR_RATIO).float()
+    logit = (0.5 * (PINCHED + RELEASED) - ratio.clamp(max=1)) / RATIO_WIDTH
+    clear = ((wanted < PINCHED) | (wanted > RELEASED)).float()
+    pinch = F.binary_cross_entropy_with_logits(logit, (wanted < PINCHED).float(), reduction="none")
+    return masked((ours - theirs).abs().sum(-1) * 32, weight * near), masked(pinch, weight * clear)
+
+
 def masked(loss, weight):
     return (loss * weight).sum() / (weight.sum() + 1e-6)
 
@@ -50,6 +70,8 @@ def landmark_loss(net, heat, merged, pooled, joints, visible, right, weight, pre
     cross = -((log * columns[..., None, :]).sum(-1) * rows).sum(-1)
     distance = (moments[..., :2] - joints.clamp(0, 1)).abs().sum(-1) * 32
     parts = {"heat": masked(cross, joint_weight), "distance": masked(distance, joint_weight)}
+    tips_weight = joint_weight[:, [geometry.THUMB_TIP, geometry.INDEX_TIP]].amin(-1)
+    parts["gap"], parts["pinch"] = gap_parts(moments[..., :2], joints, tips_weight)
 
     parts["presence"] = F.binary_cross_entropy_with_logits(whole[:, 0], presence)
     known = presence * torch.isfinite(right).float()
@@ -68,5 +90,5 @@ def landmark_loss(net, heat, merged, pooled, joints, visible, right, weight, pre
     parts["confidence"] = masked(F.binary_cross_entropy_with_logits(confidence, good, reduction="none"),
                                  presence[:, None].expand_as(good))
     total = (0.5 * parts["heat"] + parts["distance"] + parts["presence"] + 0.5 * parts["right"]
-             + 0.8 * parts["palm"] + 0.3 * parts["confidence"])
+             + 0.8 * parts["palm"] + 0.5 * parts["confidence"] + 0.5 * parts["gap"] + 0.3 * parts["pinch"])
     return total, parts

@@ -2,8 +2,8 @@
 
 The exporter folds each batch normalisation into the convolution before it. The normalisations get
 what leaves their input as it is, and the convolution's bias: the network computes what the file
-does. It can be calibrated, evaluated and exported again, but has lost the statistics with which a
-training would go on.
+does, and can be calibrated, evaluated and exported again. For a training to go on, the statistics
+that were lost are measured anew.
 """
 import numpy as np
 import onnx
@@ -43,3 +43,28 @@ def from_onnx(net, path, example):
         conv.weight.copy_(tensors[weight])
         norm.bias.copy_(tensors[bias])
         norm.running_var.fill_(1 - norm.eps)
+
+
+@torch.no_grad()
+def measure_statistics(net, pictures):
+    """Gives the normalisations, in place, the mean and variance of what they see in `pictures`. What the
+    network computes stays the same; but now it can be trained on."""
+    net.eval()
+    seen, hooks = {}, []
+
+    def watch(norm, inputs):
+        values = inputs[0].transpose(0, 1).flatten(1)
+        seen[norm] = values.mean(1), values.var(1, unbiased=False)
+
+    for module in net.modules():
+        if isinstance(module, nn.BatchNorm2d):
+            hooks.append(module.register_forward_pre_hook(watch))
+    net(pictures)
+    for hook in hooks:
+        hook.remove()
+    for norm, (mean, variance) in seen.items():
+        scale = norm.weight / torch.sqrt(norm.running_var + norm.eps)
+        norm.bias.add_((mean - norm.running_mean) * scale)
+        norm.weight.copy_(scale * torch.sqrt(variance + norm.eps))
+        norm.running_mean.copy_(mean)
+        norm.running_var.copy_(variance)

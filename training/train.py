@@ -26,9 +26,9 @@ import torch
 import networks
 
 WARM_UP_STEPS = 200
+MEASURED_BATCHES = 4  # For the statistics of a network that is trained further.
 SAVE_SECONDS = 120
 FOLLOW_EVERY = 4     # Steps between moves of the average.
-SMALL_CROPS_UNTIL = 0.75  # Of the training: crops of 96 pixels cost half.
 MIRRORED_LATER = 30  # Batches between a batch and its mirror image.
 
 
@@ -49,8 +49,8 @@ class Landmarks:
                                arguments.real_share, arguments.seed)
 
     @staticmethod
-    def draw(batches, count, progress):
-        return batches.batch(count, 96 if progress < SMALL_CROPS_UNTIL else networks.CROP_SIZE)
+    def draw(batches, arguments, progress):
+        return batches.batch(arguments.batch, 96 if progress < arguments.small_crops else networks.CROP_SIZE)
 
     def loss(self, net, batch, device, autocast):
         from landmark_loss import landmark_loss
@@ -82,8 +82,8 @@ class Finder:
                              arguments.seed)
 
     @staticmethod
-    def draw(batches, count, progress):
-        return batches.batch(count)
+    def draw(batches, arguments, progress):
+        return batches.batch(arguments.batch)
 
     def loss(self, net, batch, device, autocast):
         from finder_loss import finder_loss
@@ -107,7 +107,7 @@ def feed(kind, arguments, seed, progress, ready):
     batches.rng = np.random.default_rng(seed)
     drawn, waiting = 0, []
     while True:
-        batch = kind.draw(batches, arguments.batch, progress.value)
+        batch = kind.draw(batches, arguments, progress.value)
         ready.put(batch)
         waiting.append(batches.mirrored(batch))
         if len(waiting) > MIRRORED_LATER:
@@ -120,6 +120,17 @@ def feed(kind, arguments, seed, progress, ready):
 def pixels_of(pictures, device):
     pixels = torch.from_numpy(pictures).to(device).permute(0, 3, 1, 2).float()
     return pixels.contiguous(memory_format=torch.channels_last)
+
+
+def go_on_from(kind, net, arguments):
+    """Fills `net`, in place, from an exported network."""
+    import export
+    import restore
+
+    restore.from_onnx(net, arguments.start, export.example_for(arguments.network))
+    batches = kind.batches(arguments)
+    drawn = [kind.draw(batches, arguments, 1.0)[0] for _ in range(MEASURED_BATCHES)]
+    restore.measure_statistics(net, pixels_of(np.concatenate(drawn), "cpu"))
 
 
 class Run:
@@ -182,6 +193,8 @@ def train(arguments):
     torch.manual_seed(arguments.seed)
     kind = Landmarks if arguments.network == "landmarks" else Finder
     task = kind(arguments)
+    if arguments.start and not (pathlib.Path(arguments.run) / "checkpoint.pt").exists():
+        go_on_from(kind, task.net, arguments)
     run = Run(arguments.run, task.net, arguments.rate, device)
     stop = threading.Event()
     for number in (signal.SIGTERM, signal.SIGINT):
@@ -190,7 +203,8 @@ def train(arguments):
     spawn = multiprocessing.get_context("spawn")
     shared_progress, ready = spawn.Value("d", 0.0), spawn.Queue(6)
     seed = [arguments.seed, run.counters["starts"], run.counters["steps"]]  # Another start draws other pictures.
-    spawn.Process(target=feed, args=(kind, arguments, seed, shared_progress, ready), daemon=True).start()
+    feeder = spawn.Process(target=feed, args=(kind, arguments, seed, shared_progress, ready), daemon=True)
+    feeder.start()
     progress = lambda: run.counters["seconds"] / total
 
     last = saved = logged = time.time()
@@ -229,6 +243,7 @@ def train(arguments):
             sums, since, logged = {}, 0, time.time()
             last = time.time()
     stop.set()
+    feeder.kill()  # It does not hear milder signals.
     run.save()
     run.log(stopped=True, tuning=task.report(run.average))
 
@@ -243,6 +258,9 @@ def main():
     parser.add_argument("--rooms", default="", help="pattern of the rendered rooms")
     parser.add_argument("--mined", default="", help="what mine.py collected")
     parser.add_argument("--hours", type=float, required=True)
+    parser.add_argument("--from", dest="start", default="", help="an exported network that is trained further")
+    parser.add_argument("--small-crops", type=float, default=0.75,
+                        help="for this share of the training crops of 96 pixels, which cost half")
     parser.add_argument("--real-share", type=float, default=0.4)
     parser.add_argument("--batch", type=int, default=64)
     parser.add_argument("--rate", type=float, default=2.5e-3)

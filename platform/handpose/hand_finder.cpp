@@ -50,8 +50,9 @@ std::vector<HandCandidate> candidatesIn(const float* output, int rows, int colum
     for (int column = 0; column < columns; ++column) {
       const float* const cell = output + std::ptrdiff_t{row} * columns + column;
       const auto channel = [&](int i) { return static_cast<double>(cell[i * cells]); };
-      const bool isUsable = std::isfinite(channel(1)) && std::isfinite(channel(2)) &&
-                            std::isfinite(channel(3)) && channel(3) > 0;
+      const bool isUsable = std::isfinite(channel(0)) && std::isfinite(channel(1)) &&
+                            std::isfinite(channel(2)) && std::isfinite(channel(3)) &&
+                            std::isfinite(channel(6)) && channel(3) > 0;
       if (!(*cell > kLeastScore) || !isUsable || !isPeak(output, rows, columns, row, column))
         continue;
       const double angle = std::atan2(channel(5), channel(4));

@@ -13,6 +13,17 @@ constexpr int kValuesPerJoint = 3;  // x, y, confidence.
 
 }  // namespace
 
+HandReading readingIn(const float* joints, const float* hand, const HandCrop& crop) {
+  HandReading reading{.landmarks = {}, .presence = hand[0], .right = hand[1]};
+  for (Landmark& landmark : reading.landmarks) {
+    landmark = {crop.toPicture({joints[0], joints[1]}), joints[2]};
+    joints += kValuesPerJoint;
+  }
+  const bool isUsable = isFinite(reading.landmarks) && std::isfinite(reading.presence) &&
+                        std::isfinite(reading.right);
+  return isUsable ? reading : HandReading();
+}
+
 LandmarkReader::LandmarkReader(Network network) : network_(std::move(network)) {}
 
 Result<LandmarkReader> LandmarkReader::load(std::span<const std::uint8_t> file) {
@@ -29,17 +40,7 @@ Result<LandmarkReader> LandmarkReader::load(std::span<const std::uint8_t> file) 
 Result<HandReading> LandmarkReader::read(const pixels::Image& picture, const HandCrop& crop) {
   const auto outputs = network_.look(sample(picture, crop, kPixels));
   if (!outputs) return outputs.error();
-  const float* joint = outputs.value()[0].ptr<float>();
-  const float* const hand = outputs.value()[1].ptr<float>();
-  HandReading reading{.landmarks = {}, .presence = hand[0], .right = hand[1]};
-  for (Landmark& landmark : reading.landmarks) {
-    landmark = {crop.toPicture({joint[0], joint[1]}), joint[2]};
-    joint += kValuesPerJoint;
-  }
-  const bool isUsable = isFinite(reading.landmarks) && std::isfinite(reading.presence) &&
-                        std::isfinite(reading.right);
-  if (!isUsable) reading = {};
-  return reading;
+  return readingIn(outputs.value()[0].ptr<float>(), outputs.value()[1].ptr<float>(), crop);
 }
 
 }  // namespace platform::handpose

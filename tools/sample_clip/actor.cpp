@@ -24,18 +24,6 @@ constexpr float kKnuckleInwards = 0.10f;
 /// The joints of the detector among the 21 labels, by platform::HandJoint.
 constexpr std::array<std::size_t, 7> kLabels{0, 4, 8, 9, 12, 16, 20};
 
-/// The pinched hand, thumb and index finger on the way to being stretched.
-HandPose openedFrom(const HandPose& pinched) {
-  HandPose stretched = pinched;
-  stretched.thumbFlex = radians(-18);
-  stretched.flex[0][1] = radians(5);
-  stretched.flex[0][2] = radians(5);
-  stretched.flex[1][0] = radians(8);
-  stretched.flex[1][1] = radians(14);
-  stretched.flex[1][2] = radians(6);
-  return between(pinched, stretched, 0.5f);
-}
-
 /// Thumb and index finger touch, the others are at ease: straight, or folded, or in between.
 HandPose pinchedFrom(const HandRig& rig, float curl, Random& random) {
   HandPose pose = randomHandPose(rig, Gesture::pinch, random);
@@ -90,7 +78,7 @@ Actor::Actor(const std::string& humanFolder, const Casting& casting)
       rig_(body_, human_),
       look_(random_),
       pinched_(pinchedFrom(rig_, casting.curl, random_)),
-      opened_(openedFrom(pinched_)),
+      opened_(between(pinched_, stretched(pinched_), 0.5f)),
       spread_(spreadFrom(rig_, random_)),
       atEase_(randomHandPose(rig_, Gesture::relaxed, random_)) {
   for (ArmPose& arm : pose_.arms) arm.wristFlex = radians(10);

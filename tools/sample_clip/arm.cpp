@@ -80,19 +80,4 @@ void turnHand(const HandRig& rig, Vec3 palm, Vec3 up, ArmPose& pose) {
   }
 }
 
-HandPose between(const HandPose& a, const HandPose& b, float t) {
-  const auto mixed = [t](float x, float y) { return x + (y - x) * t; };
-  HandPose pose;
-  for (int f = 0; f < kFingers; ++f) {
-    for (int j = 0; j < 3; ++j) pose.flex[f][j] = mixed(a.flex[f][j], b.flex[f][j]);
-    pose.spread[f] = mixed(a.spread[f], b.spread[f]);
-    pose.roll[f] = mixed(a.roll[f], b.roll[f]);
-  }
-  pose.thumbFlex = mixed(a.thumbFlex, b.thumbFlex);
-  pose.thumbSide = mixed(a.thumbSide, b.thumbSide);
-  pose.thumbTwist = mixed(a.thumbTwist, b.thumbTwist);
-  pose.cup = mixed(a.cup, b.cup);
-  return pose;
-}
-
 }  // namespace sample_clip

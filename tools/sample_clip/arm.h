@@ -13,8 +13,4 @@ void reachFor(const training::render::HandRig& rig, training::render::Vec3 targe
 void turnHand(const training::render::HandRig& rig, training::render::Vec3 palm,
               training::render::Vec3 up, training::render::ArmPose& pose);
 
-/// A hand between two poses; `t` from 0 to 1.
-training::render::HandPose between(const training::render::HandPose& a,
-                                   const training::render::HandPose& b, float t);
-
 }  // namespace sample_clip

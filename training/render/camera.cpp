@@ -23,11 +23,12 @@ Rigid shaken(float degrees, Random& random) {
 
 }  // namespace
 
-Camera cameraForHand(const Person& person, size_t side, int samples, float margin, Random& random) {
+Camera cameraForHand(const Person& person, size_t side, int samples, float margin, float fromFront,
+                     Random& random) {
   const auto& joints = person.joints[side];
   const Vec3 middle = (joints[0] + joints[9]) * 0.5f;
   Vec3 direction = random.direction();
-  if (random.chance(0.62f)) {  // From the front, where a webcam stands.
+  if (random.chance(fromFront)) {
     direction = rotation({0, 1, 0}, radians(random.normal(28)))
                     .turned(rotation({1, 0, 0}, radians(random.normal(20))).turned({0, 0, 1}));
   }

@@ -20,8 +20,9 @@ struct Camera {
 };
 
 /// A camera that shows one hand upright in the middle of a square of `samples`,
-/// `margin` times as large as the hand.
-Camera cameraForHand(const Person& person, size_t side, int samples, float margin, Random& random);
+/// `margin` times as large as the hand. `fromFront`: how often it stands where a webcam stands.
+Camera cameraForHand(const Person& person, size_t side, int samples, float margin, float fromFront,
+                     Random& random);
 
 /// A camera in front of a person, as on a screen or a desk.
 Camera cameraForPerson(const Person& person, int width, int height, Random& random);

@@ -280,4 +280,46 @@ HandPose randomHandPose(const HandRig& rig, Gesture gesture, Random& random) {
   return best;
 }
 
+HandPose between(const HandPose& a, const HandPose& b, float t) {
+  const auto mixed = [t](float x, float y) { return x + (y - x) * t; };
+  HandPose pose;
+  for (int f = 0; f < kFingers; ++f) {
+    for (int j = 0; j < 3; ++j) pose.flex[f][j] = mixed(a.flex[f][j], b.flex[f][j]);
+    pose.spread[f] = mixed(a.spread[f], b.spread[f]);
+    pose.roll[f] = mixed(a.roll[f], b.roll[f]);
+  }
+  pose.thumbFlex = mixed(a.thumbFlex, b.thumbFlex);
+  pose.thumbSide = mixed(a.thumbSide, b.thumbSide);
+  pose.thumbTwist = mixed(a.thumbTwist, b.thumbTwist);
+  pose.cup = mixed(a.cup, b.cup);
+  return pose;
+}
+
+HandPose stretched(HandPose pinched) {
+  pinched.thumbFlex = radians(-18);
+  pinched.flex[0][1] = radians(5);
+  pinched.flex[0][2] = radians(5);
+  pinched.flex[1][0] = radians(8);
+  pinched.flex[1][1] = radians(14);
+  pinched.flex[1][2] = radians(6);
+  return pinched;
+}
+
+HandPose paintingHandPose(const HandRig& rig, Random& random) {
+  HandPose pose = randomHandPose(rig, Gesture::pinch, random);
+  if (random.chance(0.6f)) {  // All other fingers alike: straight, or folded, or in between.
+    const float together = random.unit();
+    for (int f = 2; f < kFingers; ++f) {
+      pose.flex[f][0] =
+          radians(2 + 40 * together + 8.0f * static_cast<float>(f - 2) + random.normal(5));
+      pose.flex[f][1] = radians(10 + 60 * together + random.normal(6));
+      pose.flex[f][2] = radians(4 + 40 * together + random.normal(4));
+      pose.spread[f] = radians(random.normal(4));
+    }
+  }
+  const bool isClosed = random.chance(0.5f);
+  const float apart = isClosed ? random.between(-0.02f, 0.05f) : random.between(0.05f, 0.75f);
+  return between(pose, stretched(pose), std::max(0.0f, apart));
+}
+
 }  // namespace training::render

@@ -27,4 +27,14 @@ Gesture randomGesture(Random& random);
 /// helped.
 HandPose randomHandPose(const HandRig& rig, Gesture gesture, Random& random);
 
+/// A hand between two poses; `t` from 0 to 1.
+HandPose between(const HandPose& a, const HandPose& b, float t);
+
+/// The same hand with thumb and index finger stretched away from each other.
+HandPose stretched(HandPose pinched);
+
+/// The hand of somebody who paints: a pinch, or thumb and index finger on the way to one, the other
+/// fingers as they please.
+HandPose paintingHandPose(const HandRig& rig, Random& random);
+
 }  // namespace training::render

@@ -1,4 +1,4 @@
-/// training_render crops|scenes|rooms HUMAN_FOLDER OUT COUNT SEED
+/// training_render crops|painters|scenes|rooms HUMAN_FOLDER OUT COUNT SEED
 ///
 /// Writes COUNT records (record.h) to OUT. The same seed gives the same pictures; OUT appears
 /// only once it is whole, so a training that watches the folder never reads half a file.
@@ -24,9 +24,10 @@ void renderAll(const std::string& what, const std::string& human, const std::str
   std::ofstream out(unfinished, std::ios::binary);
   for (int i = 0; i < count; ++i) {
     Random random(seed * 1'000'003 + static_cast<uint64_t>(i));
-    write(what == "crops"    ? studio.crop(random)
-          : what == "scenes" ? studio.scene(random)
-                             : randomRoom(random),
+    write(what == "crops"      ? studio.crop(Occasion::close, random)
+          : what == "painters" ? studio.crop(Occasion::painting, random)
+          : what == "scenes"   ? studio.scene(random)
+                               : randomRoom(random),
           out);
   }
   out.close();
@@ -38,8 +39,9 @@ void renderAll(const std::string& what, const std::string& human, const std::str
 
 int main(int argc, char** argv) {
   const std::string what = argc == 6 ? argv[1] : "";
-  if (what != "crops" && what != "scenes" && what != "rooms") {
-    std::fprintf(stderr, "usage: training_render crops|scenes|rooms HUMAN_FOLDER OUT COUNT SEED\n");
+  if (what != "crops" && what != "painters" && what != "scenes" && what != "rooms") {
+    std::fprintf(
+        stderr, "usage: training_render crops|painters|scenes|rooms HUMAN_FOLDER OUT COUNT SEED\n");
     return 2;
   }
   try {

@@ -76,7 +76,7 @@ Vec3 targetFor(bool isRaised, Vec3 shoulder, Random& random) {
           random.between(1.2f, 4.6f)};
 }
 
-ArmPose randomArm(const HandRig& rig, bool isRaised, bool isForHands, Gesture gesture,
+ArmPose randomArm(const HandRig& rig, bool isRaised, Occasion occasion, Gesture gesture,
                   Random& random) {
   ArmPose pose;
   pose.hand = randomHandPose(rig, gesture, random);
@@ -84,7 +84,7 @@ ArmPose randomArm(const HandRig& rig, bool isRaised, bool isForHands, Gesture ge
   const Vec3 way = targetFor(isRaised, shoulder, random) - shoulder;
   const float distance = std::clamp(length(way), 1.6f, 5.1f);
   reachFor(rig, shoulder + normalized(way) * distance, pose, random);
-  const bool isFree = isForHands && random.chance(0.4f);
+  const bool isFree = occasion == Occasion::close && random.chance(0.4f);
   const Vec3 palm = isFree || random.chance(0.35f)
                         ? random.direction()
                         : normalized({random.normal(0.4f), random.normal(0.3f), 1});
@@ -97,6 +97,23 @@ ArmPose randomArm(const HandRig& rig, bool isRaised, bool isForHands, Gesture ge
     pose.twist = radians(random.normal(25));
     pose.wristFlex = radians(random.normal(10));
   }
+  return pose;
+}
+
+/// An arm stretched out to paint: the fingers up or towards the camera, the palm towards it or to
+/// the side.
+ArmPose paintingArm(const HandRig& rig, Random& random) {
+  ArmPose pose;
+  pose.hand = paintingHandPose(rig, random);
+  const Vec3 shoulder = rig.head[kUpperArm1];
+  const Vec3 way = random.chance(0.3f) ? targetFor(true, shoulder, random) - shoulder
+                                       : Vec3{random.between(-2, 2.5f), random.between(-2, 2.2f),
+                                              random.between(2.2f, 4)};
+  reachFor(rig, shoulder + normalized(way) * std::clamp(length(way), 1.6f, 5.1f), pose, random);
+  const Vec3 palm = normalized(
+      {random.between(-1.3f, 0.5f), random.between(-0.7f, 0.4f), random.between(0.25f, 1.2f)});
+  const Vec3 up = normalized({random.between(-0.7f, 0.4f), 1, random.between(-0.2f, 0.9f)});
+  orientHand(rig, palm, up, random.between(0.5f, 1.2f), pose, random);
   return pose;
 }
 
@@ -152,7 +169,7 @@ Person posedPerson(const Human& human, const Body& body, const HandRig& rig,
   return person;
 }
 
-Person randomPerson(const Human& human, bool isForHands, Random& random) {
+Person randomPerson(const Human& human, Occasion occasion, Random& random) {
   const Body body = human.randomBody(random);
   const HandRig rig(body, human);
   PersonPose pose;
@@ -168,7 +185,13 @@ Person randomPerson(const Human& human, bool isForHands, Random& random) {
     const auto s = static_cast<size_t>(side);
     isRaised[s] = raised == 2 || raised == side;
     gestures[s] = isRaised[s] ? randomGesture(random) : Gesture::relaxed;
-    pose.arms[s] = randomArm(rig, isRaised[s], isForHands, gestures[s], random);
+    pose.arms[s] = randomArm(rig, isRaised[s], occasion, gestures[s], random);
+  }
+  if (occasion == Occasion::painting) {
+    const auto painter = static_cast<size_t>(random.below(2));
+    isRaised = {painter == 0, painter == 1};
+    gestures[painter] = Gesture::pinch;
+    pose.arms[painter] = paintingArm(rig, random);
   }
   Person person = posedPerson(human, body, rig, pose);
   person.isRaised = isRaised;

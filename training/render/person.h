@@ -24,9 +24,15 @@ struct PersonPose {
 Person posedPerson(const Human& human, const Body& body, const HandRig& rig,
                    const PersonPose& pose);
 
+/// Why somebody holds up a hand.
+enum class Occasion {
+  webcam,    ///< Anything that people do before one.
+  close,     ///< The same, and hands shown in every direction.
+  painting,  ///< One hand paints; the other one may do anything.
+};
+
 /// Draws a body, turns the head, raises one or both hands and skins the mesh.
-/// `isForHands`: hands are shown to the camera in every direction rather than as at a webcam.
-Person randomPerson(const Human& human, bool isForHands, Random& random);
+Person randomPerson(const Human& human, Occasion occasion, Random& random);
 
 /// Vertex normals of `vertices`.
 std::vector<Vec3> normalsOf(const std::vector<Vec3>& vertices,

@@ -234,12 +234,14 @@ void Studio::label(const Person& person, const Camera& camera, const Canvas& can
   hand.valid = inside >= 14 && visible >= 9 ? 1.0f : inside >= 6 && visible >= 3 ? 0.5f : 0.0f;
 }
 
-Record Studio::crop(Random& random) const {
+Record Studio::crop(Occasion occasion, Random& random) const {
+  const float fromFront = occasion == Occasion::painting ? 0.92f : 0.62f;
   for (;;) {
-    const Person person = randomPerson(human_, true, random);
+    const Person person = randomPerson(human_, occasion, random);
     const size_t side = person.isRaised[0] && (!person.isRaised[1] || random.chance(0.5f)) ? 0 : 1;
     const Look look(random);
-    const Camera camera = cameraForHand(person, side, kCropSize * kSamples, kCropMargin, random);
+    const Camera camera =
+        cameraForHand(person, side, kCropSize * kSamples, kCropMargin, fromFront, random);
     Record record =
         take(person, camera, look, kCropSize, kCropSize, person.joints[side][9], 1.7f, random);
     float seen = 0;
@@ -252,7 +254,7 @@ Record Studio::crop(Random& random) const {
 }
 
 Record Studio::scene(Random& random) const {
-  const Person person = randomPerson(human_, false, random);
+  const Person person = randomPerson(human_, Occasion::webcam, random);
   const Look look(random);
   const Camera camera =
       cameraForPerson(person, kSceneWidth * kSamples, kSceneHeight * kSamples, random);

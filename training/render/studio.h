@@ -16,7 +16,7 @@ class Studio {
   explicit Studio(const Human& human) : human_(human), surface_(surfaceOf(human)) {}
 
   /// One hand, upright and large.
-  Record crop(Random& random) const;
+  Record crop(Occasion occasion, Random& random) const;
   /// A person before a webcam.
   Record scene(Random& random) const;
   /// `person` as `camera` sees them; `random` lights the room. The camera's samples are twice as

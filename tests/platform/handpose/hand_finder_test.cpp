@@ -83,12 +83,17 @@ TEST(HandFinder, TheBestCandidateComesFirst) {
 }
 
 TEST(HandFinder, NumbersThatAreNoneMakeNoCandidate) {
-  const double nan = std::numeric_limits<double>::quiet_NaN();
-  Output output;
-  output.put(0, 0, nan, {{4, 4}, 5, 0});
-  output.put(2, 2, 0.9, {{nan, 4}, 5, 0});
-  output.put(4, 4, 0.9, {{4, 4}, -5, 0});
-  EXPECT_TRUE(output.candidates().empty());
+  constexpr double kInfinite = std::numeric_limits<double>::infinity();
+  for (const double bad : {std::numeric_limits<double>::quiet_NaN(), kInfinite, -kInfinite}) {
+    Output output;
+    output.put(0, 0, bad, {{4, 4}, 5, 0});
+    output.put(0, 4, 0.9, {{20, 4}, bad, 0});
+    output.put(2, 2, 0.9, {{bad, 20}, 5, 0});
+    output.put(2, 5, 0.9, {{44, bad}, 5, 0});
+    output.put(4, 0, 0.9, {{4, 36}, 5, 0}, bad);
+    output.put(4, 4, 0.9, {{4, 4}, -5, 0});
+    EXPECT_TRUE(output.candidates().empty()) << bad;
+  }
 }
 
 TEST(HandFinder, SearchesPicturesOfAnyShape) {

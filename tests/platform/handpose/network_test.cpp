@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <vector>
 
 #include "platform/handpose/embedded_networks.h"
@@ -16,16 +17,33 @@ using testing::AnyOf;
 using testing::HasSubstr;
 
 const NetworkLayout kFinder{"hand_finder", 192, 144, {{"hands", {1, 7, 18, 24}}}};
-
-std::vector<std::uint8_t> finderBytes() {
-  const auto file = handFinderFile();
-  return {file.begin(), file.end()};
-}
+const NetworkLayout kLandmarks{
+    "hand_landmarks", 128, 128, {{"landmarks", {1, 21, 3}}, {"hand", {1, 2}}}};
 
 std::string whyItFails(std::span<const std::uint8_t> file, const NetworkLayout& layout = kFinder) {
   const auto network = Network::load(file, layout);
   return network ? "" : network.error().description;
 }
+
+/// A network that the program ships.
+struct Shipped {
+  NetworkLayout layout;
+  std::span<const std::uint8_t> (*file)();
+
+  std::vector<std::uint8_t> bytes() const { return {file().begin(), file().end()}; }
+  std::string whyFails(std::span<const std::uint8_t> damaged) const {
+    return whyItFails(damaged, layout);
+  }
+  std::string refusal() const { return "The network \"" + layout.name + "\" cannot be used"; }
+
+  friend void PrintTo(const Shipped& shipped, std::ostream* out) { *out << shipped.layout.name; }
+};
+
+class ShippedNetwork : public testing::TestWithParam<Shipped> {};
+INSTANTIATE_TEST_SUITE_P(All, ShippedNetwork,
+                         testing::Values(Shipped{kFinder, handFinderFile},
+                                         Shipped{kLandmarks, handLandmarksFile}),
+                         [](const auto& shipped) { return shipped.param.layout.name; });
 
 TEST(Network, TheShippedNetworksCanBeUsed) {
   EXPECT_EQ(whyItFails(handFinderFile()), "");
@@ -43,36 +61,35 @@ TEST(Network, GivesItsOutputsInTheShapeOfTheLayout) {
   EXPECT_EQ(outputs.value()[0].total(), 7u * 18 * 24);
 }
 
-TEST(Network, AnEmptyFileIsRefused) {
-  EXPECT_THAT(whyItFails({}), HasSubstr("The network \"hand_finder\" cannot be used"));
+TEST_P(ShippedNetwork, AnEmptyFileIsRefused) {
+  EXPECT_THAT(GetParam().whyFails({}), HasSubstr(GetParam().refusal()));
 }
 
-TEST(Network, AFileOfSomethingElseIsRefused) {
+TEST_P(ShippedNetwork, AFileOfSomethingElseIsRefused) {
   const std::vector<std::uint8_t> text(5000, 'x');
-  EXPECT_THAT(whyItFails(text), HasSubstr("cannot be used"));
+  EXPECT_THAT(GetParam().whyFails(text), HasSubstr(GetParam().refusal()));
 }
 
-TEST(Network, ATruncatedFileIsRefusedWhereverItEnds) {
-  const auto bytes = finderBytes();
-  for (int tenth = 0; tenth < 10; ++tenth) {
+TEST_P(ShippedNetwork, ATruncatedFileIsRefusedWhereverItEnds) {
+  const auto bytes = GetParam().bytes();
+  for (std::size_t tenth = 0; tenth < 10; ++tenth) {
     const std::span<const std::uint8_t> part(bytes.data(), bytes.size() * tenth / 10);
-    EXPECT_THAT(whyItFails(part), HasSubstr("cannot be used")) << tenth;
+    EXPECT_THAT(GetParam().whyFails(part), HasSubstr(GetParam().refusal())) << tenth;
   }
 }
 
-TEST(Network, AFileWithAHoleIsRefused) {
-  auto bytes = finderBytes();
+TEST_P(ShippedNetwork, AFileWithAHoleIsRefused) {
+  auto bytes = GetParam().bytes();
   bytes.erase(bytes.begin() + 2000, bytes.begin() + 2100);
-  EXPECT_THAT(whyItFails(bytes), HasSubstr("cannot be used"));
+  EXPECT_THAT(GetParam().whyFails(bytes), HasSubstr(GetParam().refusal()));
 }
 
-TEST(Network, DamagedDescriptionsNeverCrash) {
-  const auto bytes = finderBytes();
+TEST_P(ShippedNetwork, DamagedDescriptionsNeverCrash) {
+  const auto bytes = GetParam().bytes();
   for (std::size_t place = 0; place < 4000; place += 101) {
     auto damaged = bytes;
     damaged[place] ^= 0x55;
-    const std::string reason = whyItFails(damaged);
-    EXPECT_THAT(reason, AnyOf("", HasSubstr("cannot be used"))) << place;
+    EXPECT_THAT(GetParam().whyFails(damaged), AnyOf("", HasSubstr(GetParam().refusal()))) << place;
   }
 }
 
