@@ -71,12 +71,19 @@ void MainWindow::stopRecording() {
   if (model_.isRecording()) model_.toggleRecording();
 }
 
-void MainWindow::closeEvent(QCloseEvent* event) {
-  if (model_.isRecording()) {
-    model_.dismissError();  // From here on, an error is one of the video.
-    stopRecording();
-    if (model_.errorMessage()) return event->ignore();
+void MainWindow::finishRecording() {
+  stopRecording();
+  while (model_.isFinishingRecording()) {
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents |
+                                    QEventLoop::WaitForMoreEvents);
   }
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  if (!model_.isRecording() && !model_.isFinishingRecording()) return event->accept();
+  model_.dismissError();  // From here on, an error is one of the video.
+  stopRecording();
+  if (model_.errorMessage()) return event->ignore();
   if (!model_.isFinishingRecording()) return event->accept();
   event->ignore();
   hide();

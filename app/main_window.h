@@ -18,8 +18,9 @@ class MainWindow final : public QMainWindow {
   /// `model` and `timers` outlive this.
   MainWindow(model::AppModel& model, platform::TimerFactory& timers);
 
-  /// Stops the recording if one runs.
-  void stopRecording();
+  /// Stops the recording if one runs, and returns when no video is being finished any more. Handles
+  /// events meanwhile, but none of the person's.
+  void finishRecording();
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -31,6 +32,7 @@ class MainWindow final : public QMainWindow {
   void addHelpMenu();
   void showAbout();
   void refresh();
+  void stopRecording();
   void quitWhenFinished();
 
   model::AppModel& model_;

@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <QCoreApplication>
-#include <QSocketNotifier>
 #include <csignal>
 
 namespace app {
@@ -24,11 +23,15 @@ QuitSignals::QuitSignals() {
   const sigset_t set = quitSignals();
   pthread_sigmask(SIG_BLOCK, &set, nullptr);
   descriptor_ = signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK);
-  auto* notifier = new QSocketNotifier(descriptor_, QSocketNotifier::Read, this);
-  connect(notifier, &QSocketNotifier::activated, this, &QuitSignals::quit);
+}
+
+void QuitSignals::listen() {
+  notifier_ = new QSocketNotifier(descriptor_, QSocketNotifier::Read, QCoreApplication::instance());
+  QObject::connect(notifier_, &QSocketNotifier::activated, notifier_, [this] { quit(); });
 }
 
 QuitSignals::~QuitSignals() {
+  delete notifier_;
   close(descriptor_);
 }
 

@@ -7,9 +7,11 @@
 namespace {
 
 std::atomic<std::size_t> total{0};
+std::atomic<std::size_t> count{0};
 
 void* allocate(std::size_t size, std::size_t alignment) {
   total.fetch_add(size, std::memory_order_relaxed);
+  count.fetch_add(1, std::memory_order_relaxed);
   const std::size_t whole = (size + alignment - 1) / alignment * alignment;
   void* memory = std::aligned_alloc(alignment, whole > 0 ? whole : alignment);
   if (!memory) throw std::bad_alloc();
@@ -22,6 +24,10 @@ namespace bench {
 
 std::size_t allocatedBytes() {
   return total.load(std::memory_order_relaxed);
+}
+
+std::size_t allocationCount() {
+  return count.load(std::memory_order_relaxed);
 }
 
 }  // namespace bench

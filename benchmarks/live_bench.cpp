@@ -1,8 +1,10 @@
-// Frames of a window that is open: only what changes is painted. The figures hold the bytes that
-// one frame allocates.
+// Frames of a window that is open: only what changes is painted. The figures hold what one frame
+// allocates, and how long the longest frame took by the clock.
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <utility>
 #include <vector>
@@ -45,23 +47,35 @@ class Window {
   bool isComplete_ = false;
 };
 
+double secondsNow() {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
 /// Measures draw() after change(frame number).
 template <typename Change>
 void measureFrames(benchmark::State& state, Window& window, Change change) {
   int frame = 0;
-  std::size_t allocated = 0;
+  std::size_t bytes = 0, count = 0;
+  double longest = 0;
   for (auto _ : state) {
     state.PauseTiming();
     change(frame++);
-    const std::size_t before = allocatedBytes();
+    const std::size_t bytesBefore = allocatedBytes(), countBefore = allocationCount();
+    const double start = secondsNow();
     state.ResumeTiming();
     benchmark::DoNotOptimize(window.draw());
     state.PauseTiming();
-    allocated += allocatedBytes() - before;
+    longest = std::max(longest, secondsNow() - start);
+    bytes += allocatedBytes() - bytesBefore;
+    count += allocationCount() - countBefore;
     state.ResumeTiming();
   }
-  state.counters["bytesPerFrame"] =
-      benchmark::Counter(static_cast<double>(allocated), benchmark::Counter::kAvgIterations);
+  const auto perFrame = [](std::size_t amount) {
+    return benchmark::Counter(static_cast<double>(amount), benchmark::Counter::kAvgIterations);
+  };
+  state.counters["bytesPerFrame"] = perFrame(bytes);
+  state.counters["allocationsPerFrame"] = perFrame(count);
+  state.counters["longestMilliseconds"] = longest * 1000;
   state.counters["megabytesHeld"] = static_cast<double>(window.canvas().bytesHeld()) / 1e6;
 }
 
@@ -147,6 +161,17 @@ void undo(benchmark::State& state, pixels::Size size) {
   });
 }
 
+void clear(benchmark::State& state, pixels::Size size) {
+  Window window(settled(1000, render::CanvasBackground::black), size);
+  const std::vector<strokes::Stroke> all = window.scene().strokes;
+  measureFrames(state, window, [&](int) {
+    window.scene().strokes = all;
+    while (!window.draw().isComplete) {
+    }
+    window.scene().strokes.clear();
+  });
+}
+
 /// A frame while a painting of a thousand strokes is built up anew.
 void rebuilding(benchmark::State& state, pixels::Size size) {
   Window window(settled(1000, render::CanvasBackground::black), size);
@@ -155,17 +180,22 @@ void rebuilding(benchmark::State& state, pixels::Size size) {
   });
 }
 
-#define LIVE(function, name, ...) \
-  BENCHMARK_CAPTURE(function, name, __VA_ARGS__)->Unit(benchmark::kMillisecond)
+#define LIVE(function, name, ...)                \
+  BENCHMARK_CAPTURE(function, name, __VA_ARGS__) \
+      ->Unit(benchmark::kMillisecond)            \
+      ->MeasureProcessCPUTime()                  \
+      ->UseRealTime()
 
 LIVE(newCameraPicture, settled1000_1080p, k1080p);
 LIVE(newCameraPicture, settled1000_2160p, k2160p);
 LIVE(idle, settled1000_1080p, k1080p);
-LIVE(drawing, points20_1080p, k1080p, 20);
-LIVE(drawing, points2000_1080p, k1080p, 2000);
+// So few that the stroke is hardly longer in the end.
+LIVE(drawing, points20_1080p, k1080p, 20)->Iterations(300);
+LIVE(drawing, points2000_1080p, k1080p, 2000)->Iterations(300);
 LIVE(fading, strokes100_1080p, k1080p);
 LIVE(beginningToFade, strokes100_1080p, k1080p);
 LIVE(undo, newestOf1000_1080p, k1080p);
+LIVE(clear, strokes1000_1080p, k1080p)->Iterations(3);
 LIVE(rebuilding, strokes1000_1080p, k1080p);
 LIVE(rebuilding, strokes1000_2160p, k2160p);
 

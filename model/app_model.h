@@ -123,6 +123,10 @@ class AppModel {
   void toggleRecording();
   /// Whether a stopped recording is still being written. The end of the model waits for it.
   bool isFinishingRecording() const { return recorder_.isFinishing(); }
+  /// At the end of the program, also where it ends without the model's own end: finishes the video
+  /// of a running recording and returns when no video is being finished any more. Nothing is
+  /// announced.
+  void closeRecordings();
 
  private:
   void act(platform::CameraAuthorization authorization);
@@ -201,6 +205,7 @@ class AppModel {
 
   render::LiveCanvas videoCanvas_;  // While recording, keeps what did not change in this:
   pixels::Surface videoPicture_;
+  bool videoHasBegun_ = false;    // A frame has been drawn.
   recording::Recorder recorder_;  // Last: it draws the rest.
 };
 

@@ -10,7 +10,6 @@
 #include "platform/file_store.h"
 #include "platform/save_panel.h"
 #include "platform/standard_folders.h"
-#include "render/canvas_renderer.h"
 
 namespace model {
 
@@ -62,10 +61,13 @@ void AppModel::drawVideoFrame(const pixels::DrawingContext& context, pixels::Siz
                           ? render::CanvasBackground::black
                           : background();
   const render::RenderScene scene = makeScene(ground, true);
-  if (!videoCanvas_.draw(scene, {videoPicture_.view()}, size).isComplete) {
-    render::CanvasRenderer::render(scene, context, size);  // A video shows no unfinished picture.
-    return;
-  }
+  // The first frame waits until the painting that is there is built up. When it is built up anew
+  // later (the glow switched), the video shows what the window shows meanwhile.
+  bool isComplete = false;
+  do {
+    isComplete = videoCanvas_.draw(scene, {videoPicture_.view()}, size).isComplete;
+  } while (!isComplete && !videoHasBegun_);
+  videoHasBegun_ = true;
   for (int y = 0; y < videoPicture_.height(); ++y)
     std::copy_n(videoPicture_.row(y), 4 * videoPicture_.width(), context.pixels.row(y));
 }
@@ -73,6 +75,7 @@ void AppModel::drawVideoFrame(const pixels::DrawingContext& context, pixels::Siz
 void AppModel::releaseVideoCanvas() {
   videoCanvas_ = render::LiveCanvas();
   videoPicture_ = pixels::Surface();
+  videoHasBegun_ = false;
 }
 
 void AppModel::stopRecording() {
@@ -81,6 +84,11 @@ void AppModel::stopRecording() {
   recorder_.stop([this](const platform::Result<std::filesystem::path>& saved) {
     if (!saved) report("The video could not be saved.", saved.error().description);
   });
+}
+
+void AppModel::closeRecordings() {
+  recorder_.stop([](const platform::Result<std::filesystem::path>&) {});
+  recorder_.waitUntilFinished();
 }
 
 void AppModel::finishRecordingAfterFailure(const std::string& message) {

@@ -20,7 +20,8 @@ class CameraPermission {
   virtual ~CameraPermission() = default;
   /// Looks the permission up, without asking the person.
   virtual void read(std::function<void(CameraAuthorization)> answer) = 0;
-  /// Asks the person, unless the answer is known already. May take minutes.
+  /// Asks the person, unless the answer is known already. May take minutes. No answer comes when
+  /// whoever should ask the person does not; it can be requested again then.
   virtual void request(std::function<void(bool granted)> answer) = 0;
 };
 

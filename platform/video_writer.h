@@ -19,8 +19,9 @@ struct VideoSettings {
 };
 
 /// Writes one H.264 video into one MPEG-4 file. In this order: addInput, startWriting,
-/// startSession, any number of frames, markAsFinished, finishWriting. What was recorded is on the
-/// disk and plays at any moment of this, whatever becomes of the program.
+/// startSession, any number of frames, markAsFinished, finishWriting. At any moment of this the
+/// file plays and holds what was recorded but for the newest fraction of a second, whatever becomes
+/// of the program.
 ///
 /// The end of a writer that has not finished closes its file with all frames it was given; the end
 /// of one that is finishing waits until it has.

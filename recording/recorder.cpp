@@ -102,6 +102,11 @@ void Recorder::stop(StopCompletion completion) {
       [&queue = mainQueue_, onMain = std::move(onMain)] { queue.post(onMain); });
 }
 
+void Recorder::waitUntilFinished() {
+  self_ = std::make_shared<Recorder*>(this);
+  finishing_.clear();  // Their end waits.
+}
+
 void Recorder::ended(VideoWriter& writer, const std::filesystem::path& path,
                      const StopCompletion& completion) {
   const auto at = std::find_if(finishing_.begin(), finishing_.end(),

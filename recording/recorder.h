@@ -53,6 +53,9 @@ class Recorder {
   /// ended by then.
   void stop(StopCompletion completion);
 
+  /// Waits until the files of stopped recordings are finished. Their completions are not called.
+  void waitUntilFinished();
+
   /// Whether the file of a stopped recording is still being finished.
   bool isFinishing() const { return !finishing_.empty(); }
 
@@ -79,7 +82,8 @@ class Recorder {
   std::unique_ptr<platform::RepeatingTimer> timer_;
 
   std::vector<std::unique_ptr<platform::VideoWriter>> finishing_;
-  std::shared_ptr<Recorder*> self_;  // What work on the main queue still finds while we live.
+  // What work on the main queue still finds while somebody wants to hear of it.
+  std::shared_ptr<Recorder*> self_;
 };
 
 }  // namespace recording

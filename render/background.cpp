@@ -44,45 +44,51 @@ const std::uint8_t* plainColor(const RenderScene& scene) {
 
 }  // namespace
 
-Background::Background(const RenderScene& scene, const CanvasMapping& mapping,
-                       const pixels::SurfaceView& pixels)
-    : mapping_(mapping),
-      pixels_(pixels),
-      width_(extent(mapping.width, pixels.width)),
-      height_(extent(mapping.height, pixels.height)) {
+void Background::show(const RenderScene& scene, const CanvasMapping& mapping,
+                      const pixels::SurfaceView& pixels) {
+  mapping_ = mapping;
+  pixels_ = pixels;
+  width_ = extent(mapping.width, pixels.width);
+  height_ = extent(mapping.height, pixels.height);
+  color_ = plainColor(scene);
   if (scene.background == CanvasBackground::transparent) width_ = height_ = 0;
-  if (width_ < 1 || height_ < 1) return;
-  row_.resize(4 * static_cast<std::size_t>(width_));
-  if (scene.background == CanvasBackground::camera && scene.frame) {
-    const double dim = scene.dim > 0 ? std::min(scene.dim, 1.0) : 0.0;
-    picture_.emplace(*scene.frame, mapping.width, mapping.height, dim, width_, height_);
+  if (scene.background != CanvasBackground::camera || !scene.frame || width_ < 1 || height_ < 1) {
+    picture_.reset();
     return;
   }
-  const std::uint8_t* color = plainColor(scene);
-  for (std::size_t i = 0; i < row_.size(); i += 4) std::memcpy(row_.data() + i, color, 4);
+  color_ = nullptr;
+  const pixels::Image& frame = *scene.frame;
+  if (!picture_ || !picture_->isFor(frame, mapping.width, mapping.height, width_, height_)) {
+    picture_.emplace(frame.width(), frame.height(), mapping.width, mapping.height, width_, height_);
+  }
+  picture_->show(frame, scene.dim > 0 ? std::min(scene.dim, 1.0) : 0.0);
 }
 
-const std::uint8_t* Background::sourceRow(int y) {
-  if (picture_ && rowNumber_ != y) picture_->fetch(y, row_.data());
-  rowNumber_ = y;
-  return row_.data();
+void Background::fetch(int y, int left, int right, std::uint8_t* pixels) {
+  if (right <= left) return;
+  if (!color_) return picture_->fetch(y, left, right, pixels);
+  std::uint32_t color = 0;
+  std::memcpy(&color, color_, sizeof color);
+  for (int x = left; x < right; ++x, pixels += 4) std::memcpy(pixels, &color, sizeof color);
 }
 
 void Background::drawRow(int y, int left, int right) {
   right = std::min(right, width_);
   if (y >= height_ || left >= right) return;
-  const std::uint8_t* source = sourceRow(y);
   std::uint8_t* row = pixels_.row(y);
   const double share = shareOf(y, mapping_.height);
   // The pixels that the canvas covers wholly, then those that it shares.
   const int whole = share < 1 ? left : std::clamp(static_cast<int>(mapping_.width), left, right);
-  std::memcpy(row + 4 * left, source + 4 * left, 4 * static_cast<std::size_t>(whole - left));
-  for (int x = whole; x < right; ++x)
-    mixOver(source + 4 * x, share * shareOf(x, mapping_.width), row + 4 * x);
+  fetch(y, left, whole, row + 4 * left);
+  for (int x = whole; x < right; ++x) {
+    std::uint8_t color[4];
+    fetch(y, x, x + 1, color);
+    mixOver(color, share * shareOf(x, mapping_.width), row + 4 * x);
+  }
 }
 
-void Background::draw() {
-  for (int y = 0; y < height_; ++y) drawRow(y, 0, width_);
+void Background::drawRows(int top, int bottom) {
+  for (int y = top; y < bottom; ++y) drawRow(y, 0, width_);
 }
 
 void Background::replaceRow(int y, int left, int right) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <vector>
 
@@ -15,27 +16,28 @@ namespace render {
 /// what is there.
 class Background {
  public:
-  Background(const RenderScene& scene, const CanvasMapping& mapping,
-             const pixels::SurfaceView& pixels);
+  /// The scene and the pixels to draw it into from now on. What was worked out for camera pictures
+  /// of this size is kept from one call to the next.
+  void show(const RenderScene& scene, const CanvasMapping& mapping,
+            const pixels::SurfaceView& pixels);
 
-  /// Draws all of it.
-  void draw();
+  /// Draws its rows from `top` up to `bottom`.
+  void drawRows(int top, int bottom);
 
   /// Replaces the pixels from `left` up to `right` of row `y`, also outside the canvas, as if they
-  /// had been transparent. `y` must not decrease.
+  /// had been transparent. Cheapest when `y` grows.
   void replaceRow(int y, int left, int right);
 
  private:
-  const std::uint8_t* sourceRow(int y);
   void drawRow(int y, int left, int right);
+  void fetch(int y, int left, int right, std::uint8_t* pixels);
 
   CanvasMapping mapping_;
   pixels::SurfaceView pixels_;
-  int width_;  // Pixels that the canvas touches; none without background.
-  int height_;
+  int width_ = 0;  // Pixels that the canvas touches; none without background.
+  int height_ = 0;
+  const std::uint8_t* color_ = nullptr;  // Of a ground that is one colour; null: the picture.
   std::optional<PictureRows> picture_;
-  std::vector<std::uint8_t> row_;
-  int rowNumber_ = -1;  // Of the picture's row in row_.
 };
 
 }  // namespace render

@@ -11,13 +11,13 @@
 #include <vector>
 
 #include "render/background.h"
-#include "render/compositing.h"
 #include "render/cursor.h"
 #include "render/fading.h"
 #include "render/parallel.h"
 #include "render/stroke_colors.h"
 #include "render/stroke_shape.h"
 #include "render/tile_brush.h"
+#include "render/tile_pixels.h"
 
 namespace render::CanvasRenderer {
 
@@ -60,32 +60,41 @@ std::vector<ShownStroke> shownStrokes(const RenderScene& scene, const CanvasMapp
   return shown;
 }
 
-void drawTileRow(const std::vector<ShownStroke>& shown, int y, const PixelRect& tiles,
-                 TileBrush& brush, PaintTile& tile, const pixels::SurfaceView& pixels) {
-  for (int x = tiles.left; x < tiles.right; ++x) {
+/// What one thread draws with.
+struct Tools {
+  Background ground;
+  TileBrush brush;
+  PaintTile tile;
+};
+
+/// One row of tiles, while the ground is still near the processor.
+void drawBand(const std::vector<ShownStroke>& shown, int y, int columns, Tools& tools,
+              const pixels::SurfaceView& pixels) {
+  const int top = y * PaintTile::kSide;
+  tools.ground.drawRows(top, std::min(top + PaintTile::kSide, pixels.height));
+  for (int x = 0; x < columns; ++x) {
     bool isPainted = false;
     for (const ShownStroke& stroke : shown) {
       if (!stroke.shape.isReached(x, y)) continue;
-      if (!isPainted) std::memset(&tile, 0, sizeof tile);
+      if (!isPainted) std::memset(&tools.tile, 0, sizeof tools.tile);
       isPainted = true;
-      brush.lay(stroke.shape, stroke.colors, stroke.alpha, x, y, tile);
+      tools.brush.lay(stroke.shape, stroke.colors, stroke.alpha, x, y, tools.tile);
     }
-    if (isPainted) layTileOverPixels(tile, x, y, pixels);
+    if (isPainted) layTileOverPixels(tools.tile, x, y, pixels);
   }
 }
 
-void drawStrokes(const RenderScene& scene, const CanvasMapping& mapping,
-                 const pixels::SurfaceView& pixels) {
+void drawBelowCursor(const RenderScene& scene, const CanvasMapping& mapping,
+                     const pixels::SurfaceView& pixels) {
   const PixelRect area{0, 0, pixels.width, pixels.height};
   const std::vector<ShownStroke> shown = shownStrokes(scene, mapping, area);
-  if (shown.empty()) return;
   const PixelRect tiles = tilesAround(area);
   // Every tile is drawn by one thread alone, so the picture does not depend on their number.
   shareOut(tiles.height(), threadsFor(shown.size()), [&](const std::function<int()>& next) {
-    const auto tile = std::make_unique<PaintTile>();
-    const auto brush = std::make_unique<TileBrush>();
+    const auto tools = std::make_unique<Tools>();
+    tools->ground.show(scene, mapping, pixels);
     for (int y = next(); y < tiles.height(); y = next())
-      drawTileRow(shown, y, tiles, *brush, *tile, pixels);
+      drawBand(shown, y, tiles.width(), *tools, pixels);
   });
 }
 
@@ -96,8 +105,7 @@ void render(const RenderScene& scene, const pixels::DrawingContext& context, pix
   if (context.pixels.width < 1 || context.pixels.height < 1) return;
   if (!(size.width > 0) || !(size.height > 0)) return;
   const CanvasMapping mapping = CanvasMapping::of(size, context.deviceScale);
-  Background(scene, mapping, context.pixels).draw();
-  drawStrokes(scene, mapping, context.pixels);
+  drawBelowCursor(scene, mapping, context.pixels);
   if (scene.cursor) drawCursor(*scene.cursor, mapping, context.pixels);
 }
 

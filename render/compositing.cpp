@@ -1,7 +1,6 @@
 #include "render/compositing.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "hwy/cache_control.h"
 #include "render/glow_blur.h"
@@ -19,7 +18,9 @@ namespace hn = hwy::HWY_NAMESPACE;
 using D = hn::CappedTag<std::int16_t, 32>;
 using V = hn::Vec<D>;
 constexpr int kSide = PaintTile::kSide;
-constexpr int kRowsAhead = 6;
+constexpr int kBothHalves = 3;
+// How far kept shares are fetched ahead: they come from memory, in parts too short to be foreseen.
+constexpr int kRowsAhead = 24;
 
 /// a + b - ab: two shares of one colour, one over the other.
 HWY_INLINE V together(D d, V a, V b) {
@@ -30,7 +31,7 @@ HWY_INLINE V together(D d, V a, V b) {
 struct RowMix {
   const std::int16_t* rows[4];
   const std::int16_t* weights;
-  bool isDark;
+  int isDark;  // As GlowRows::isDark.
 };
 
 HWY_INLINE RowMix mixFor(const GlowRows& glow, int y) {
@@ -40,10 +41,11 @@ HWY_INLINE RowMix mixFor(const GlowRows& glow, int y) {
   const std::uint8_t* dark = glow.isDark + first;
   return {{row(0), row(1), row(2), row(3)},
           glow.weights[inCell].weight,
-          (dark[0] & dark[1] & dark[2] & dark[3]) != 0};
+          dark[0] & dark[1] & dark[2] & dark[3]};
 }
 
 HWY_INLINE V mixed(D d, const RowMix& mix, int x) {
+  if (mix.isDark & (x < StrokeShares::kHalf ? 1 : 2)) return hn::Zero(d);
   const auto part = [&](int i) {
     return hn::MulFixedPoint15(hn::Load(d, mix.rows[i] + x), hn::Set(d, mix.weights[i]));
   };
@@ -56,11 +58,12 @@ HWY_INLINE bool isNothing(D d, V share) {
   return hn::AllTrue(d, hn::Eq(share, hn::Zero(d)));
 }
 
+/// `paint`: the place's blue.
 template <bool kFades>
 HWY_INLINE void layBody(D d, V body, V fading, const StrokeColors& colors, std::int16_t* paint) {
   if constexpr (kFades) body = hn::MulFixedPoint15(body, fading);
   for (int c = 0; c < 4; ++c) {
-    std::int16_t* place = paint + c * kSide * kSide;
+    std::int16_t* place = paint + c * kSide;
     const V under = hn::Load(d, place);
     const V fromBody = hn::MulFixedPoint15(hn::Sub(hn::Set(d, colors.body[c]), under), body);
     hn::Store(hn::SaturatedAdd(under, fromBody), d, place);
@@ -75,7 +78,7 @@ HWY_INLINE void layBodyAndCore(D d, V body, V core, V fading, const StrokeColors
     core = hn::MulFixedPoint15(core, fading);
   }
   for (int c = 0; c < 4; ++c) {
-    std::int16_t* place = paint + c * kSide * kSide;
+    std::int16_t* place = paint + c * kSide;
     const V under = hn::Load(d, place);
     const V fromBody = hn::MulFixedPoint15(hn::Sub(hn::Set(d, colors.body[c]), under), body);
     const V fromCore = hn::MulFixedPoint15(hn::Sub(hn::Set(d, colors.core[c]), under), core);
@@ -92,11 +95,11 @@ void layGlowingRows(const GlowRows& wideRows, const GlowRows& narrowRows, const 
     const RowMix wide = mixFor(wideRows, y), narrow = mixFor(narrowRows, y);
     const bool hasSharp = y >= sharp.firstRow && y < sharp.endRow;
     const int sharpRow = (y - sharp.firstRow) * kSide;
-    if (wide.isDark && narrow.isDark && !hasSharp) continue;
+    if ((wide.isDark & narrow.isDark) == kBothHalves && !hasSharp) continue;
     for (int x = 0; x < kSide; x += static_cast<int>(hn::Lanes(d))) {
-      std::int16_t* paint = tile.plane[0] + y * kSide + x;
-      const V wideShare = wide.isDark ? hn::Zero(d) : mixed(d, wide, x);
-      const V narrowShare = narrow.isDark ? hn::Zero(d) : mixed(d, narrow, x);
+      std::int16_t* paint = tile.rows[y][0] + x;
+      const V wideShare = mixed(d, wide, x);
+      const V narrowShare = mixed(d, narrow, x);
       if (!hasSharp) {
         const V share = together(d, wideShare, narrowShare);
         if (!isNothing(d, share)) layBody<kFades>(d, share, fading, colors, paint);
@@ -128,11 +131,12 @@ void layPlainRows(const SharpMasks& sharp, const StrokeColors& colors, std::int1
                   PaintTile& tile) {
   const D d;
   const V fading = hn::Set(d, alpha);
-  std::int16_t* paint = tile.plane[0] + sharp.firstRow * kSide;
-  const int count = (sharp.endRow - sharp.firstRow) * kSide;
-  for (int i = 0; i < count; i += static_cast<int>(hn::Lanes(d))) {
-    const V body = hn::Load(d, sharp.body + i);
-    if (!isNothing(d, body)) layBody<kFades>(d, body, fading, colors, paint + i);
+  for (int y = sharp.firstRow; y < sharp.endRow; ++y) {
+    const std::int16_t* row = sharp.body + (y - sharp.firstRow) * kSide;
+    for (int x = 0; x < kSide; x += static_cast<int>(hn::Lanes(d))) {
+      const V body = hn::Load(d, row + x);
+      if (!isNothing(d, body)) layBody<kFades>(d, body, fading, colors, tile.rows[y][0] + x);
+    }
   }
 }
 
@@ -142,32 +146,84 @@ void layPlainTile(const SharpMasks& sharp, const StrokeColors& colors, std::int1
                 : layPlainRows<false>(sharp, colors, alpha, tile);
 }
 
-void layTileRow(const PaintTile& tile, int y, std::uint8_t* pixels) {
-  // A tile comes from memory, in four parts too short for the processor to foresee.
-  for (const auto& plane : tile.plane) {
-    hwy::Prefetch(plane + (y + kRowsAhead) % kSide * kSide);
-    hwy::Prefetch(plane + (y + kRowsAhead) % kSide * kSide + kSide / 2);
-  }
+/// Lane by lane what layGlowingRows() lays.
+HWY_INLINE void keepShares(D d, V body, V core, int x, int y, StrokeShares& shares) {
+  const int half = x / StrokeShares::kHalf;
+  const std::uint64_t row = std::uint64_t{1} << y;
+  hn::Store(body, d, shares.body[y] + x);
+  hn::Store(core, d, shares.core[y] + x);
+  if (isNothing(d, hn::Or(body, core))) return;
+  shares.bodyRows[half] |= row;
+  if (!isNothing(d, core)) shares.coreRows[half] |= row;
+}
+
+void mixGlowingTile(const GlowRows& wideRows, const GlowRows& narrowRows, const SharpMasks& sharp,
+                    StrokeShares& shares) {
   const D d;
-  const hn::Rebind<std::uint8_t, D> d8;
-  const V alpha255 = hn::Set(d, 255);
-  for (int x = 0; x < kSide; x += static_cast<int>(hn::Lanes(d))) {
-    hn::Vec<decltype(d8)> under[4];
-    hn::LoadInterleaved4(d8, pixels + 4 * x, under[0], under[1], under[2], under[3]);
-    const V alpha = hn::Load(d, tile.plane[3] + y * kSide + x);
-    V over[4];
-    for (int c = 0; c < 4; ++c) {
-      // 0..255 to 0..kFull and back loses nothing.
-      const V below8 = hn::PromoteTo(d, under[c]);
-      const V below = hn::Add(hn::ShiftLeft<7>(below8), hn::ShiftRight<1>(below8));
-      const V paint = hn::Load(d, tile.plane[c] + y * kSide + x);
-      over[c] = hn::SaturatedAdd(paint, hn::Sub(below, hn::MulFixedPoint15(below, alpha)));
+  for (int y = 0; y < kSide; ++y) {
+    const RowMix wide = mixFor(wideRows, y), narrow = mixFor(narrowRows, y);
+    const bool hasSharp = y >= sharp.firstRow && y < sharp.endRow;
+    const int sharpRow = (y - sharp.firstRow) * kSide;
+    for (int x = 0; x < kSide; x += static_cast<int>(hn::Lanes(d))) {
+      const V wideShare = mixed(d, wide, x);
+      const V narrowShare = mixed(d, narrow, x);
+      if (!hasSharp) {
+        keepShares(d, together(d, wideShare, narrowShare), hn::Zero(d), x, y, shares);
+        continue;
+      }
+      const V body = hn::Load(d, sharp.body + sharpRow + x);
+      const V core = hn::Load(d, sharp.core + sharpRow + x);
+      V share = together(d, wideShare, body);
+      share = together(d, share, narrowShare);
+      share = together(d, share, body);
+      keepShares(d, hn::Sub(share, hn::MulFixedPoint15(share, core)), core, x, y, shares);
     }
-    for (int c = 0; c < 4; ++c) {
-      const V premultiplied = hn::Min(over[c], over[3]);
-      under[c] = hn::DemoteTo(d8, hn::MulFixedPoint15(premultiplied, alpha255));
+  }
+}
+
+void mixPlainTile(const SharpMasks& sharp, StrokeShares& shares) {
+  const D d;
+  for (int y = sharp.firstRow; y < sharp.endRow; ++y) {
+    const std::int16_t* row = sharp.body + (y - sharp.firstRow) * kSide;
+    for (int x = 0; x < kSide; x += static_cast<int>(hn::Lanes(d)))
+      keepShares(d, hn::Load(d, row + x), hn::Zero(d), x, y, shares);
+  }
+}
+
+/// `left`: the first column.
+template <bool kFades>
+void laySharesOfHalf(const ShareColumns& half, const StrokeColors& colors, std::int16_t alpha,
+                     int left, PaintTile& tile) {
+  const D d;
+  const V fading = hn::Set(d, alpha);
+  for (int y = half.body.first; y < half.body.end; ++y) {
+    const bool hasCore = y >= half.core.first && y < half.core.end;
+    const auto rowOf = [y](const ShareRows& rows) {
+      return rows.shares + (y - rows.first) * StrokeShares::kHalf;
+    };
+    const std::int16_t* bodyRow = rowOf(half.body);
+    const std::int16_t* coreRow = hasCore ? rowOf(half.core) : nullptr;
+    hwy::Prefetch(bodyRow + kRowsAhead * StrokeShares::kHalf);
+    if (hasCore) hwy::Prefetch(coreRow + kRowsAhead * StrokeShares::kHalf);
+    std::int16_t* paint = tile.rows[y][0] + left;
+    for (int x = 0; x < StrokeShares::kHalf; x += static_cast<int>(hn::Lanes(d))) {
+      const V body = hn::Load(d, bodyRow + x);
+      const V core = hasCore ? hn::Load(d, coreRow + x) : hn::Zero(d);
+      if (!isNothing(d, core)) {
+        layBodyAndCore<kFades>(d, body, core, fading, colors, paint + x);
+      } else if (!isNothing(d, body)) {
+        layBody<kFades>(d, body, fading, colors, paint + x);
+      }
     }
-    hn::StoreInterleaved4(under[0], under[1], under[2], under[3], d8, pixels + 4 * x);
+  }
+}
+
+void laySharesInTile(const ShareColumns* halves, const StrokeColors& colors, std::int16_t alpha,
+                     PaintTile& tile) {
+  for (int i = 0; i < 2; ++i) {
+    const int left = i * StrokeShares::kHalf;
+    alpha < kFull ? laySharesOfHalf<true>(halves[i], colors, alpha, left, tile)
+                  : laySharesOfHalf<false>(halves[i], colors, alpha, left, tile);
   }
 }
 
@@ -180,7 +236,9 @@ namespace render {
 
 HWY_EXPORT(layGlowingTile);
 HWY_EXPORT(layPlainTile);
-HWY_EXPORT(layTileRow);
+HWY_EXPORT(mixGlowingTile);
+HWY_EXPORT(mixPlainTile);
+HWY_EXPORT(laySharesInTile);
 
 namespace {
 
@@ -200,23 +258,18 @@ void layPlain(const SharpMasks& sharp, const StrokeColors& colors, double alpha,
   HWY_DYNAMIC_DISPATCH(layPlainTile)(sharp, colors, fixedAlpha(alpha), tile);
 }
 
-void layTileOverPixels(const PaintTile& tile, int tileX, int tileY,
-                       const pixels::SurfaceView& pixels) {
-  const int left = tileX * PaintTile::kSide, top = tileY * PaintTile::kSide;
-  const int rows = std::min(PaintTile::kSide, pixels.height - top);
-  const int count = std::min(PaintTile::kSide, pixels.width - left);
-  const auto layRow = HWY_DYNAMIC_DISPATCH(layTileRow);
-  for (int y = 0; y < rows; ++y) {
-    std::uint8_t* row = pixels.row(top + y) + 4 * left;
-    if (count == PaintTile::kSide) {
-      layRow(tile, y, row);
-      continue;
-    }
-    std::uint8_t whole[4 * PaintTile::kSide] = {};
-    std::memcpy(whole, row, 4 * static_cast<std::size_t>(count));
-    layRow(tile, y, whole);
-    std::memcpy(row, whole, 4 * static_cast<std::size_t>(count));
-  }
+void mixGlowing(const GlowRows& wide, const GlowRows& narrow, const SharpMasks& sharp,
+                StrokeShares& shares) {
+  HWY_DYNAMIC_DISPATCH(mixGlowingTile)(wide, narrow, sharp, shares);
+}
+
+void mixPlain(const SharpMasks& sharp, StrokeShares& shares) {
+  HWY_DYNAMIC_DISPATCH(mixPlainTile)(sharp, shares);
+}
+
+void layShares(const ShareColumns (&halves)[2], const StrokeColors& colors, double alpha,
+               PaintTile& tile) {
+  HWY_DYNAMIC_DISPATCH(laySharesInTile)(halves, colors, fixedAlpha(alpha), tile);
 }
 
 }  // namespace render

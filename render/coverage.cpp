@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "render/distance_field.h"
+#include "render/paint_tile.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "render/coverage.cpp"
@@ -38,6 +39,16 @@ void ramp(const float* depths, std::int16_t full, std::int16_t* coverage) {
   }
 }
 
+/// Where `mask` is true, the first lane in the lowest bit.
+template <class Tag>
+HWY_INLINE std::uint64_t bitsOf(Tag d, hn::Mask<Tag> mask) {
+  std::uint8_t bytes[8] = {};
+  hn::StoreMaskBits(d, mask, bytes);
+  std::uint64_t bits = 0;
+  std::memcpy(&bits, bytes, sizeof bits);
+  return bits;
+}
+
 std::uint64_t edgeRow(const float* above, const float* depths, const float* below,
                       std::int16_t full, std::int16_t* coverage) {
   const D d;
@@ -63,11 +74,7 @@ std::uint64_t edgeRow(const float* above, const float* depths, const float* belo
     storeShare(d, hn::IfThenElse(isBorder, share, inside), full, coverage + x);
     const auto meets = hn::And(isBorder, hn::Lt(slope2, hn::Set(d, kMeetingSlope2)));
     if (hn::AllFalse(d, meets)) continue;
-    std::uint8_t bits[8] = {};
-    hn::StoreMaskBits(d, meets, bits);
-    std::uint64_t cells = 0;
-    std::memcpy(&cells, bits, sizeof cells);
-    meetings |= cells << x;
+    meetings |= bitsOf(d, meets) << x;
   }
   return meetings;
 }
@@ -81,6 +88,26 @@ void edges(const float* depths, int first, int end, std::int16_t full, std::int1
   }
 }
 
+void join(const std::int16_t* others, int first, int end, std::int16_t* shares,
+          std::uint64_t* meetings) {
+  const hn::CappedTag<std::int16_t, 32> d;
+  const auto zero = hn::Zero(d), full = hn::Set(d, kFull);
+  const auto isPartial = [=](auto share) {
+    return hn::And(hn::Gt(share, zero), hn::Lt(share, full));
+  };
+  for (int y = first; y < end; ++y) {
+    for (int x = 0; x < kCells; x += static_cast<int>(hn::Lanes(d))) {
+      const int place = y * kCells + x;
+      const auto other = hn::Load(d, others + place);
+      if (hn::AllTrue(d, hn::Eq(other, zero))) continue;
+      const auto share = hn::Load(d, shares + place);
+      hn::Store(hn::Max(share, other), d, shares + place);
+      const auto meets = hn::And(isPartial(share), isPartial(other));
+      if (!hn::AllFalse(d, meets)) meetings[y] |= bitsOf(d, meets) << x;
+    }
+  }
+}
+
 }  // namespace render::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
@@ -90,6 +117,7 @@ namespace render {
 
 HWY_EXPORT(ramp);
 HWY_EXPORT(edges);
+HWY_EXPORT(join);
 
 void rampRow(const float* depths, std::int16_t full, std::int16_t* coverage) {
   HWY_DYNAMIC_DISPATCH(ramp)(depths, full, coverage);
@@ -98,6 +126,11 @@ void rampRow(const float* depths, std::int16_t full, std::int16_t* coverage) {
 void edgeRows(const float* depths, int first, int end, std::int16_t full, std::int16_t* coverage,
               std::uint64_t* meetings) {
   HWY_DYNAMIC_DISPATCH(edges)(depths, first, end, full, coverage, meetings);
+}
+
+void joinRows(const std::int16_t* others, int first, int end, std::int16_t* shares,
+              std::uint64_t* meetings) {
+  HWY_DYNAMIC_DISPATCH(join)(others, first, end, shares, meetings);
 }
 
 }  // namespace render

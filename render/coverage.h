@@ -19,4 +19,9 @@ void rampRow(const float* depths, std::int16_t full, std::int16_t* coverage);
 void edgeRows(const float* depths, int first, int end, std::int16_t full, std::int16_t* coverage,
               std::uint64_t* meetings);
 
+/// Raises rows `first` up to `end` of `shares`, 0 to kFull, to those of `others`, row y starting at
+/// 64 * y. In meetings[y] it adds, lowest bit first, the cells that both cover partly.
+void joinRows(const std::int16_t* others, int first, int end, std::int16_t* shares,
+              std::uint64_t* meetings);
+
 }  // namespace render

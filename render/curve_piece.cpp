@@ -168,7 +168,6 @@ PixelRect CurvePiece::box(double margin) const {
 
 void appendCurvePieces(const strokes::StrokePoints& points, const CanvasMapping& mapping,
                        const PixelRect& area, double reach, std::vector<CurvePiece>& pieces) {
-  const std::size_t first = pieces.size();
   Splitter splitter(area, reach, pieces);
   for (const strokes::StrokeSegment& s : strokes::StrokeModel::segments(points)) {
     CurvePiece piece{s.start.x * mapping.width,   s.start.y * mapping.height,
@@ -182,7 +181,10 @@ void appendCurvePieces(const strokes::StrokePoints& points, const CanvasMapping&
     piece.coreHalf = std::min(piece.coreHalf, kWidestPx);
     splitter.split(piece, 0);
   }
-  for (std::size_t i = first; i + 1 < pieces.size(); ++i) trimJoint(pieces[i], pieces[i + 1]);
+}
+
+void trimJoints(std::span<CurvePiece> pieces) {
+  for (std::size_t i = 0; i + 1 < pieces.size(); ++i) trimJoint(pieces[i], pieces[i + 1]);
 }
 
 }  // namespace render

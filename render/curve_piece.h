@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <vector>
 
 #include "render/canvas_mapping.h"
@@ -33,9 +34,12 @@ struct CurvePiece {
 inline constexpr double kCoreWidth = 0.4;
 
 /// Appends the pieces of the stroke through `points` whose paint comes within `reach` pixels of
-/// `area`. Segments with a coordinate or width that is not finite are left out; far coordinates
-/// and huge widths are drawn as if they ended well outside the area.
+/// `area`, all with whole ends. Segments with a coordinate or width that is not finite are left
+/// out; far coordinates and huge widths are drawn as if they ended well outside the area.
 void appendCurvePieces(const strokes::StrokePoints& points, const CanvasMapping& mapping,
                        const PixelRect& area, double reach, std::vector<CurvePiece>& pieces);
+
+/// Shortens the ends of neighbouring pieces that join smoothly.
+void trimJoints(std::span<CurvePiece> pieces);
 
 }  // namespace render

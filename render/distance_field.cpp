@@ -80,13 +80,7 @@ void DistanceField::reset(int left, int top, bool withCore) {
   left_ = left;
   top_ = top;
   withCore_ = withCore;
-  columns_ = rows_ = kSide;
   firstRow_ = endRow_ = 0;
-}
-
-void DistanceField::limit(int columns, int rows) {
-  columns_ = columns;
-  rows_ = rows;
 }
 
 void DistanceField::openRows(int first, int end) {
@@ -110,12 +104,12 @@ void DistanceField::openRows(int first, int end) {
 
 void DistanceField::spread(const LocalPiece& p) {
   const float reach = p.bodyHalf + kDepthKept;
-  const CellSpan rows = rowsNear(p, reach, top_, top_ + rows_);
+  const CellSpan rows = rowsNear(p, reach, top_, top_ + kSide);
   if (rows.first >= rows.end) return;
   openRows(rows.first - top_, rows.end - top_);
   const int row = place(rows.first - top_);
   HWY_DYNAMIC_DISPATCH(spreadPiece)
-  (p, reach, rows, left_, columns_, body_ + row, withCore_ ? core_ + row : nullptr);
+  (p, reach, rows, left_, kSide, body_ + row, withCore_ ? core_ + row : nullptr);
 }
 
 void DistanceField::continueOutwards() {

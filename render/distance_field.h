@@ -20,9 +20,6 @@ class DistanceField {
   /// canvas's top left corner; `withCore`: keep the depths inside the light core as well.
   void reset(int left, int top, bool withCore);
 
-  /// Until the next reset, only the first cells of the first rows count.
-  void limit(int columns, int rows);
-
   /// Takes in one piece, round ends included, given in cells of this field's step.
   void spread(const LocalPiece& piece);
 
@@ -53,8 +50,6 @@ class DistanceField {
   int left_ = 0;
   int top_ = 0;
   bool withCore_ = false;
-  int columns_ = kSide;
-  int rows_ = kSide;
   int firstRow_ = 0;
   int endRow_ = 0;
 };

@@ -33,7 +33,25 @@ void weighRows(const std::int16_t* const* before, const std::int16_t* const* aft
 /// Four neighbouring cells to one; `width`: of the result.
 void halveRow(const std::int16_t* above, const std::int16_t* below, int width,
               std::int16_t* result) {
-  for (int x = 0; x < width; ++x)
+  int done = 0;
+#if HWY_TARGET != HWY_SCALAR
+  const hn::CappedTag<std::uint32_t, 16> pairs;
+  const hn::Repartition<std::int16_t, decltype(pairs)> cells;
+  const hn::RebindToSigned<decltype(pairs)> sums;
+  const hn::Rebind<std::int16_t, decltype(sums)> halves;
+  const int together = static_cast<int>(hn::Lanes(pairs));
+  for (int x = 0; width >= together && x < width; x += together) {
+    x = std::min(x, width - together);  // The last ones are done once more.
+    // Two cells of at most kGlowFull each do not overflow.
+    const auto column = hn::BitCast(
+        pairs, hn::Add(hn::LoadU(cells, above + 2 * x), hn::LoadU(cells, below + 2 * x)));
+    const auto sum = hn::Add(hn::And(column, hn::Set(pairs, 0xFFFFu)), hn::ShiftRight<16>(column));
+    const auto mean = hn::ShiftRight<2>(hn::Add(sum, hn::Set(pairs, 2u)));
+    hn::StoreU(hn::DemoteTo(halves, hn::BitCast(sums, mean)), halves, result + x);
+    done = x + together;
+  }
+#endif
+  for (int x = done; x < width; ++x)
     result[x] = static_cast<std::int16_t>(
         (above[2 * x] + above[2 * x + 1] + below[2 * x] + below[2 * x + 1] + 2) >> 2);
 }
@@ -107,7 +125,7 @@ int blurMargin(const GaussianKernel& kernel) {
   return kernel.radius() + kMostLanes;
 }
 
-void blur(GlowMask& mask, const GaussianKernel& kernel, GlowMask& scratch) {
+void blur(GlowMask& mask, int first, int end, const GaussianKernel& kernel, GlowMask& scratch) {
   const int radius = kernel.radius();
   const auto taps = static_cast<std::size_t>(radius) + 1;
   const int width = mask.width(), height = mask.height();
@@ -117,7 +135,7 @@ void blur(GlowMask& mask, const GaussianKernel& kernel, GlowMask& scratch) {
   std::vector<const std::int16_t*> before(taps), after(taps);
   std::vector<std::int16_t> nothing(static_cast<std::size_t>(width + kMostLanes));
   std::vector<std::int16_t> out(nothing.size());
-  for (int y = 0; y < height; ++y) {
+  for (int y = first; y < end; ++y) {
     for (int k = 0; k <= radius; ++k) {
       before[static_cast<std::size_t>(k)] = mask.row(y) - k;
       after[static_cast<std::size_t>(k)] = mask.row(y) + k;
@@ -126,7 +144,7 @@ void blur(GlowMask& mask, const GaussianKernel& kernel, GlowMask& scratch) {
     (before.data(), after.data(), weights.data(), radius, width, out.data());
     std::copy_n(out.begin(), width, scratch.row(y));
   }
-  for (int y = 0; y < height; ++y) {
+  for (int y = std::max(first - radius, 0); y < std::min(end + radius, height); ++y) {
     for (int k = 0; k <= radius; ++k) {
       before[static_cast<std::size_t>(k)] = y - k >= 0 ? scratch.row(y - k) : nothing.data();
       after[static_cast<std::size_t>(k)] = y + k < height ? scratch.row(y + k) : nothing.data();

@@ -57,9 +57,9 @@ class GlowMask {
 /// The margin a mask needs for a blur with `kernel`.
 int blurMargin(const GaussianKernel& kernel);
 
-/// Blurs `mask` in place, in both directions; `scratch` is any mask, its contents are lost. What
-/// lies outside the mask counts as zero.
-void blur(GlowMask& mask, const GaussianKernel& kernel, GlowMask& scratch);
+/// Blurs `mask`, all zero but for the rows from `first` up to `end`, in place, in both directions;
+/// `scratch` is any mask, its contents are lost. What lies outside the mask counts as zero.
+void blur(GlowMask& mask, int first, int end, const GaussianKernel& kernel, GlowMask& scratch);
 
 /// Each cell of `half` becomes the mean of two by two cells of `mask`.
 void halve(const GlowMask& mask, GlowMask& half);

@@ -4,6 +4,7 @@
 #include <bit>
 #include <cmath>
 #include <optional>
+#include <utility>
 
 #include "hwy/cache_control.h"
 #include "render/spline.h"
@@ -16,6 +17,11 @@ namespace {
 constexpr int kTile = PaintTile::kSide;
 // In sigmas; splines between coarser samples of a Gaussian would show.
 constexpr double kCoarsest = 0.67;
+// A border's antialiasing is painted this far outside of the stroke, in pixels.
+constexpr int kPaintMarginPx = 2;
+// More cells than are wanted that expandCells() reads.
+constexpr int kReadBeyond = 5;
+constexpr std::uint8_t kBothHalves = 3;
 
 int cellFor(double sigma) {
   int cell = 1;
@@ -52,6 +58,13 @@ int floorDiv(int a, int b) {
   return a >= 0 ? a / b : -((-a + b - 1) / b);
 }
 
+/// The cells that hold these pixels.
+PixelRect cellsAround(const PixelRect& pixels, int cell) {
+  if (pixels.isEmpty()) return {};
+  return {floorDiv(pixels.left, cell), floorDiv(pixels.top, cell),
+          floorDiv(pixels.right - 1, cell) + 1, floorDiv(pixels.bottom - 1, cell) + 1};
+}
+
 }  // namespace
 
 double GlowLayer::reach(double sigma) {
@@ -59,31 +72,62 @@ double GlowLayer::reach(double sigma) {
   return (kernelFor(sigmaInCells(sigma, cell)).radius() + 3) * cell;
 }
 
-void GlowLayer::build(std::span<const CurvePiece> pieces, std::span<const Strip> strips,
-                      double sigma, const PixelRect& area) {
+/// Makes room for the glow of a stroke that paints within `paint`, all dark.
+void GlowLayer::start(const PixelRect& paint, double sigma, const PixelRect& area) {
   cellPx_ = cellFor(sigma);
   const GaussianKernel& kernel = kernelFor(sigmaInCells(sigma, cellPx_));
   const int reachPx = (kernel.radius() + 3) * cellPx_;
-  PixelRect box;
-  for (const CurvePiece& piece : pieces) box = box.united(piece.box(reachPx));
-  box = box.intersected(area.grownBy(reachPx));
   mask_.reset(0, 0, 0);
-  if (box.isEmpty()) return;
-  left_ = floorDiv(box.left, cellPx_);
-  top_ = floorDiv(box.top, cellPx_);
-  const int right = floorDiv(box.right - 1, cellPx_) + 1;
-  const int bottom = floorDiv(box.bottom - 1, cellPx_) + 1;
-  thread_local GlowMask scratch;
-  scratch.reset(2 * (right - left_), 2 * (bottom - top_), blurMargin(kernel));
-  const CellMask target{scratch.row(0),  scratch.stride(), 2 * left_, 2 * top_,
-                        scratch.width(), scratch.height(), kGlowFull};
-  for (const Strip& strip : strips) {
-    const Strip local = inCells(strip, static_cast<float>(cellPx_) / 2);
-    paintPiece(local, local.bodyHalf, target);
+  const PixelRect box = paint.grownBy(reachPx).intersected(area.grownBy(reachPx));
+  if (paint.isEmpty() || box.isEmpty()) return;
+  const PixelRect cells = cellsAround(box, cellPx_);
+  left_ = cells.left;
+  top_ = cells.top;
+  mask_.reset(cells.width(), cells.height(), blurMargin(kernel));
+}
+
+/// Takes in the stroke, painted in cells of this size from cell (left, top) on, and blurs it.
+void GlowLayer::takeIn(const GlowMask& painted, int left, int top, double sigma) {
+  const PixelRect common =
+      PixelRect{left, top, left + painted.width(), top + painted.height()}.intersected(
+          {left_, top_, left_ + mask_.width(), top_ + mask_.height()});
+  if (common.isEmpty()) return;
+  for (int y = common.top; y < common.bottom; ++y) {
+    std::copy_n(painted.row(y - top) + common.left - left, common.width(),
+                mask_.row(y - top_) + common.left - left_);
   }
-  mask_.reset(right - left_, bottom - top_, blurMargin(kernel));
-  halve(scratch, mask_);
-  blur(mask_, kernel, scratch);
+  thread_local GlowMask scratch;
+  blur(mask_, common.top - top_, common.bottom - top_, kernelFor(sigmaInCells(sigma, cellPx_)),
+       scratch);
+}
+
+void buildGlows(std::span<const CurvePiece> pieces, std::span<const Strip> strips, double wideSigma,
+                double narrowSigma, const PixelRect& area, GlowLayer& wide, GlowLayer& narrow) {
+  PixelRect paint;
+  for (const CurvePiece& piece : pieces) paint = paint.united(piece.box(kPaintMarginPx));
+  wide.start(paint, wideSigma, area);
+  narrow.start(paint, narrowSigma, area);
+  if (wide.mask_.height() == 0) return;
+
+  // Cells that are halved until they are the wide glow's must start where those do.
+  const int cell = wide.cellPx_, fineCell = narrow.cellPx_;
+  const auto reachPx = static_cast<int>(GlowLayer::reach(wideSigma));
+  const PixelRect cells = cellsAround(paint.intersected(area.grownBy(reachPx)), cell);
+  if (cells.isEmpty()) return;
+  thread_local GlowMask painted, halved;
+  int scale = cell / fineCell;  // Painted cells along the side of a wide glow's cell.
+  painted.reset(scale * cells.width(), scale * cells.height(), CellMask::kPaintedTogether);
+  const CellMask target{painted.row(0),  painted.stride(), scale * cells.left, scale * cells.top,
+                        painted.width(), painted.height(), kGlowFull};
+  paintPieces(strips, static_cast<float>(fineCell), target, nullptr);
+  narrow.takeIn(painted, scale * cells.left, scale * cells.top, narrowSigma);
+  while (scale > 1) {
+    scale /= 2;
+    halved.reset(scale * cells.width(), scale * cells.height(), CellMask::kPaintedTogether);
+    halve(painted, halved);
+    std::swap(painted, halved);
+  }
+  wide.takeIn(painted, cells.left, cells.top, wideSigma);
 }
 
 void GlowLayer::prefetch(int tileX, int tileY) const {
@@ -94,47 +138,57 @@ void GlowLayer::prefetch(int tileX, int tileY) const {
   for (int y = first; y < end; ++y) hwy::Prefetch(mask_.row(y) + x);
 }
 
-/// Expands a row of cells to pixels; false, and zeroes, where all are dark.
-bool GlowTile::expandRow(const GlowLayer& layer, int cellY, int firstCellX,
-                         std::int16_t* values) const {
+/// Expands a row of cells some of which, or of those that are read with them, the mask has not.
+void GlowTile::expandEdge(const GlowLayer& layer, int firstCell, int firstRow, int row) {
   const GlowMask& mask = layer.mask_;
-  const int y = cellY - layer.top_;
-  const int margin = layer.cellPx_ == 1 ? 0 : 2;
-  const int count = kTile / layer.cellPx_ + 2 * margin;
-  const int first = firstCellX - margin - layer.left_;
-  // The cells of the mask among those wanted; the others are zero.
-  const int from = std::clamp(-first, 0, count);
-  const int to = std::clamp(mask.width() - first, from, count);
-  std::int16_t any = 0;
-  if (y >= 0 && y < mask.height()) {
-    const std::int16_t* row = mask.row(y) + first;
-    for (int i = from; i < to; ++i) any = static_cast<std::int16_t>(any | row[i]);
-  }
-  if (any == 0) {
-    std::fill_n(values, kTile, std::int16_t{0});
-    return false;
-  }
-  const std::int16_t* cells = mask.row(y) + first;
-  std::int16_t copy[kTile + 4] = {};
-  if (-first > mask.margin() || first + count > mask.width() + mask.margin()) {
-    std::copy(cells + from, cells + to, copy + from);
-    cells = copy;
-  }
-  if (layer.cellPx_ == 1) {
-    std::copy_n(cells, kTile, values);
-  } else {
-    expandCells(cells, layer.cellPx_, values);
-  }
-  return true;
+  const int count = kTile / layer.cellPx_ + 4;
+  std::int16_t cells[kTile + 2 * kReadBeyond] = {};
+  const int from = std::clamp(-firstCell, 0, count);
+  const int to = std::clamp(mask.width() - firstCell, from, count);
+  const std::int16_t* source = mask.row(firstRow + row) + firstCell;
+  std::copy(source + from, source + to, cells + from);
+  expandCells(cells, 0, 1, layer.cellPx_, rows_ + row, isDark_ + row);
+}
+
+/// Where every cell is a pixel.
+void GlowTile::copyRow(const GlowLayer& layer, int firstCell, int firstRow, int row) {
+  const GlowMask& mask = layer.mask_;
+  const int from = std::clamp(-firstCell, 0, kTile);
+  const int to = std::clamp(mask.width() - firstCell, from, kTile);
+  std::fill_n(rows_[row], kTile, std::int16_t{0});
+  const std::int16_t* source = mask.row(firstRow + row) + firstCell;
+  std::copy(source + from, source + to, rows_[row] + from);
+  isDark_[row] = 0;
 }
 
 GlowRows GlowTile::open(const GlowLayer& layer, int tileX, int tileY) {
+  const GlowMask& mask = layer.mask_;
+  const int cells = kTile / layer.cellPx_, count = cells + 4;
+  const int firstRow = tileY * cells - 2 - layer.top_;
+  const bool isFine = layer.cellPx_ == 1;
+  const int firstCell = tileX * cells - (isFine ? 0 : 2) - layer.left_;
+  // The rows of the mask among those wanted; the others are dark.
+  const int from = std::clamp(-firstRow, 0, count);
+  const int to = std::clamp(mask.height() - firstRow, from, count);
+  for (int row = 0; row < count; ++row) {
+    if (row >= from && row < to) continue;
+    std::fill_n(rows_[row], kTile, std::int16_t{0});
+    isDark_[row] = kBothHalves;
+  }
+  const bool isInside = -firstCell <= mask.margin() &&
+                        firstCell + count + kReadBeyond <= mask.width() + mask.margin();
+  if (isInside && !isFine && from < to) {
+    expandCells(mask.row(firstRow + from) + firstCell, mask.stride(), to - from, layer.cellPx_,
+                rows_ + from, isDark_ + from);
+  } else {
+    for (int row = from; row < to; ++row) {
+      isFine ? copyRow(layer, firstCell, firstRow, row)
+             : expandEdge(layer, firstCell, firstRow, row);
+    }
+  }
   // Without splines between them, rows of cells are rows of pixels.
   static constexpr SplineWeights kItself{{0, 32767, 0, 0}};
-  const int cells = kTile / layer.cellPx_;
-  for (int i = 0; i < cells + 4; ++i)
-    isDark_[i] = expandRow(layer, tileY * cells - 2 + i, tileX * cells, rows_[i]) ? 0 : 1;
-  return {rows_, isDark_, layer.cellPx_ == 1 ? &kItself : &splineWeights(layer.cellPx_, 0),
+  return {rows_, isDark_, isFine ? &kItself : &splineWeights(layer.cellPx_, 0),
           std::countr_zero(static_cast<unsigned>(layer.cellPx_))};
 }
 

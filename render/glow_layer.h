@@ -21,11 +21,6 @@ class GlowLayer {
   /// How far the glow of `sigma` pixels reaches beyond the stroke's edge, in pixels.
   static double reach(double sigma);
 
-  /// Blurs the stroke made of `pieces`, the same as `strips`; right for every pixel of `area`.
-  /// `sigma` in pixels, > 0.
-  void build(std::span<const CurvePiece> pieces, std::span<const Strip> strips, double sigma,
-             const PixelRect& area);
-
   /// Brings a tile's cells near the processor, ahead of opening it.
   void prefetch(int tileX, int tileY) const;
 
@@ -33,6 +28,11 @@ class GlowLayer {
 
  private:
   friend class GlowTile;
+  friend void buildGlows(std::span<const CurvePiece>, std::span<const Strip>, double, double,
+                         const PixelRect&, GlowLayer&, GlowLayer&);
+
+  void start(const PixelRect& paint, double sigma, const PixelRect& area);
+  void takeIn(const GlowMask& painted, int left, int top, double sigma);
 
   int cellPx_ = 1;  // A power of two, at most a tile's side.
   int left_ = 0;    // Of the mask's first cell, in cells.
@@ -40,10 +40,15 @@ class GlowLayer {
   GlowMask mask_;
 };
 
+/// Blurs the stroke made of `pieces`, the same as `strips`, by two Gaussians of these sigmas, in
+/// pixels, > 0; right for every pixel of `area`. Both come from one painting of the stroke.
+void buildGlows(std::span<const CurvePiece> pieces, std::span<const Strip> strips, double wideSigma,
+                double narrowSigma, const PixelRect& area, GlowLayer& wide, GlowLayer& narrow);
+
 /// The glow of a tile: rows of cells at full width. A row of pixels lies between four of them.
 struct GlowRows {
   const std::int16_t (*rows)[PaintTile::kSide];  ///< From two cells above the tile.
-  const std::uint8_t* isDark;                    ///< For each row, 1 where it is all zero.
+  const std::uint8_t* isDark;                    ///< For each row, as expandCells() says.
   const SplineWeights* weights;                  ///< For each row of pixels in a cell.
   int cellShift;                                 ///< A cell is 1 << cellShift pixels high.
 };
@@ -55,7 +60,8 @@ class GlowTile {
   GlowRows open(const GlowLayer& layer, int tileX, int tileY);
 
  private:
-  bool expandRow(const GlowLayer& layer, int cellY, int firstCellX, std::int16_t* values) const;
+  void expandEdge(const GlowLayer& layer, int firstCell, int firstRow, int row);
+  void copyRow(const GlowLayer& layer, int firstCell, int firstRow, int row);
 
   alignas(64) std::int16_t rows_[PaintTile::kSide + 4][PaintTile::kSide];
   std::uint8_t isDark_[PaintTile::kSide + 4];

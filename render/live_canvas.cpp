@@ -1,10 +1,8 @@
 #include "render/live_canvas.h"
 
 #include <algorithm>
-#include <cstring>
+#include <utility>
 
-#include "render/background.h"
-#include "render/compositing.h"
 #include "render/cursor.h"
 
 namespace render {
@@ -16,25 +14,6 @@ bool areSamePixels(const pixels::SurfaceView& a, const pixels::SurfaceView& b) {
          a.strideBytes == b.strideBytes;
 }
 
-/// Lays a picture over all pixels, stretched, without smoothing: it stands in for moments.
-void layStretched(const pixels::Surface& picture, const pixels::SurfaceView& pixels) {
-  std::vector<int> columns(static_cast<std::size_t>(pixels.width));
-  for (int x = 0; x < pixels.width; ++x)
-    columns[static_cast<std::size_t>(x)] =
-        4 * static_cast<int>((2ll * x + 1) * picture.width() / (2ll * pixels.width));
-  for (int y = 0; y < pixels.height; ++y) {
-    const std::uint8_t* source =
-        picture.row(static_cast<int>((2ll * y + 1) * picture.height() / (2ll * pixels.height)));
-    std::uint8_t* row = pixels.row(y);
-    for (const int column : columns) {
-      const std::uint8_t* over = source + column;
-      for (int c = 0; c < 4; ++c)
-        row[c] = static_cast<std::uint8_t>(over[c] + row[c] * (255 - over[3]) / 255);
-      row += 4;
-    }
-  }
-}
-
 }  // namespace
 
 LiveFrame LiveCanvas::draw(const RenderScene& scene, const pixels::DrawingContext& context,
@@ -42,27 +21,33 @@ LiveFrame LiveCanvas::draw(const RenderScene& scene, const pixels::DrawingContex
   const pixels::SurfaceView& pixels = context.pixels;
   if (pixels.width < 1 || pixels.height < 1 || !(size.width > 0) || !(size.height > 0)) return {};
   const CanvasMapping mapping = CanvasMapping::of(size, context.deviceScale);
-  const bool isOtherPainting = mapping != mapping_ || scene.glow != glow_ ||
-                               pixels.width != pixels_.width || pixels.height != pixels_.height;
-  if (isOtherPainting && wasBuilt_) {
-    keepPicture();
-    wasBuilt_ = false;
+  const bool isOtherGround =
+      mapping != mapping_ || !areSamePixels(pixels, pixels_) || !isSameGround(scene);
+  if (mapping != mapping_ || scene.glow != glow_ || pixels.width != pixels_.width ||
+      pixels.height != pixels_.height) {
+    isBuilt_ = false;
   }
   mapping_ = mapping;
+  pixels_ = pixels;
   glow_ = scene.glow;
 
   const std::vector<int>& changed = painting_.update(scene, mapping, pixels.width, pixels.height);
-  const PixelRect all{0, 0, pixels.width, pixels.height};
-  LiveFrame result{all, painting_.isUpToDate()};
-  if (painting_.isBuilding()) {
-    drawStandIn(scene, context);
-  } else {
-    standIn_.reset();
-    markChangedTiles(scene, context, changed);
-    result.changed = drawMarked(scene, context);
+  layer_.resize(pixels.width, pixels.height);
+  const bool isJustBuilt = !isBuilt_ && !painting_.isBuilding();
+  isBuilt_ = !painting_.isBuilding();
+  const int count = painting_.tiles().width() * painting_.tiles().height();
+  marked_.assign(static_cast<std::size_t>(count), isOtherGround || isJustBuilt);
+  if (isJustBuilt) {
+    for (int tile = 0; tile < count; ++tile) showTile(tile);
+  } else if (isBuilt_) {
+    for (const int tile : changed) {
+      showTile(tile);
+      marked_[static_cast<std::size_t>(tile)] = true;
+    }
   }
-  wasBuilt_ = !painting_.isBuilding();
-  pixels_ = pixels;
+  markCursorTiles(scene);
+  const LiveFrame result{drawMarked(scene, context), painting_.isUpToDate()};
+
   background_ = scene.background;
   frame_ = scene.frame;
   dim_ = scene.dim;
@@ -70,24 +55,6 @@ LiveFrame LiveCanvas::draw(const RenderScene& scene, const pixels::DrawingContex
   cursorBounds_ =
       cursor_ ? cursorBounds(*cursor_, mapping, pixels.width, pixels.height) : PixelRect{};
   return result;
-}
-
-void LiveCanvas::keepPicture() {
-  standIn_.emplace(pixels_.width, pixels_.height);
-  const PixelRect& tiles = painting_.tiles();
-  for (int y = tiles.top; y < tiles.bottom; ++y) {
-    for (int x = tiles.left; x < tiles.right; ++x) {
-      if (const PaintTile* paint = painting_.paintOf(y * tiles.width() + x))
-        layTileOverPixels(*paint, x, y, standIn_->view());
-    }
-  }
-}
-
-void LiveCanvas::drawStandIn(const RenderScene& scene, const pixels::DrawingContext& context) {
-  Background ground(scene, mapping_, context.pixels);
-  for (int y = 0; y < context.pixels.height; ++y) ground.replaceRow(y, 0, context.pixels.width);
-  if (standIn_ && !standIn_->isEmpty()) layStretched(*standIn_, context.pixels);
-  if (scene.cursor) drawCursor(*scene.cursor, mapping_, context.pixels);
 }
 
 bool LiveCanvas::isSameGround(const RenderScene& scene) const {
@@ -98,16 +65,9 @@ bool LiveCanvas::isSameGround(const RenderScene& scene) const {
          scene.frame->width() == frame_->width() && scene.frame->height() == frame_->height();
 }
 
-void LiveCanvas::markChangedTiles(const RenderScene& scene, const pixels::DrawingContext& context,
-                                  const std::vector<int>& changed) {
-  const PixelRect& tiles = painting_.tiles();
-  const bool isAllNew =
-      !wasBuilt_ || !areSamePixels(context.pixels, pixels_) || !isSameGround(scene);
-  marked_.assign(static_cast<std::size_t>(tiles.width()) * static_cast<std::size_t>(tiles.height()),
-                 isAllNew);
-  if (isAllNew) return;
-  for (const int tile : changed) marked_[static_cast<std::size_t>(tile)] = true;
-  markCursorTiles(scene);
+void LiveCanvas::showTile(int tile) {
+  const int columns = painting_.tiles().width();
+  layer_.show(tile % columns, tile / columns, painting_.paintOf(tile));
 }
 
 void LiveCanvas::markCursorTiles(const RenderScene& scene) {
@@ -123,7 +83,7 @@ void LiveCanvas::markCursorTiles(const RenderScene& scene) {
   const PixelRect tiles = tilesAround(bounds);
   for (int y = tiles.top; y < tiles.bottom; ++y) {
     for (int x = tiles.left; x < tiles.right; ++x) {
-      if (!marked_[static_cast<std::size_t>(y * painting_.tiles().width() + x)]) continue;
+      if (!isMarked(x, y)) continue;
       markTiles(bounds);
       return;
     }
@@ -138,43 +98,52 @@ void LiveCanvas::markTiles(const PixelRect& pixels) {
   }
 }
 
+bool LiveCanvas::isMarked(int x, int y) const {
+  return marked_[static_cast<std::size_t>(y * painting_.tiles().width() + x)];
+}
+
 PixelRect LiveCanvas::drawMarked(const RenderScene& scene, const pixels::DrawingContext& context) {
   const pixels::SurfaceView& pixels = context.pixels;
-  const PixelRect& tiles = painting_.tiles();
-  Background ground(scene, mapping_, pixels);
+  if (std::find(marked_.begin(), marked_.end(), true) == marked_.end()) return {};
+  ground_.show(scene, mapping_, pixels);
   PixelRect drawn;
-  for (int y = tiles.top; y < tiles.bottom; ++y) {
-    const int firstTile = y * tiles.width();
-    const auto isMarked = [&](int x) { return marked_[static_cast<std::size_t>(firstTile + x)]; };
-    const PixelRect band =
-        pixelsOfTiles({0, y, tiles.right, y + 1}).intersected({0, 0, pixels.width, pixels.height});
-    for (int row = band.top; row < band.bottom; ++row) {
-      for (int from = 0; from < tiles.right; ++from) {
-        if (!isMarked(from)) continue;
-        int to = from + 1;
-        while (to < tiles.right && isMarked(to)) ++to;
-        ground.replaceRow(row, from * PaintTile::kSide,
-                          std::min(to * PaintTile::kSide, pixels.width));
-        if (row == band.top) drawn = drawn.united({from, y, to, y + 1});
-        from = to;
-      }
-    }
-    for (int column = 0; column < tiles.right; ++column) {
-      if (!isMarked(column)) continue;
-      if (const PaintTile* paint = painting_.paintOf(firstTile + column))
-        layTileOverPixels(*paint, column, y, pixels);
-    }
-  }
-  if (drawn.isEmpty()) return {};
+  const PixelRect& tiles = painting_.tiles();
+  for (int y = tiles.top; y < tiles.bottom; ++y) drawn = drawn.united(drawBand(y, pixels));
   if (scene.cursor) {
     const PixelRect under =
         tilesAround(cursorBounds(*scene.cursor, mapping_, pixels.width, pixels.height));
-    const bool isUnderDrawn =
-        !under.isEmpty() &&
-        marked_[static_cast<std::size_t>(under.top * tiles.width() + under.left)];
-    if (isUnderDrawn) drawCursor(*scene.cursor, mapping_, pixels);
+    if (!under.isEmpty() && isMarked(under.left, under.top))
+      drawCursor(*scene.cursor, mapping_, pixels);
   }
   return pixelsOfTiles(drawn).intersected({0, 0, pixels.width, pixels.height});
+}
+
+/// Draws the marked tiles of one row of tiles; which they are. Pixel row by pixel row, so that the
+/// ground is still near the processor when the strokes are laid over it.
+PixelRect LiveCanvas::drawBand(int y, const pixels::SurfaceView& pixels) {
+  const int columns = painting_.tiles().width();
+  const auto findRuns = [columns](std::vector<TileRun>& runs, auto isWanted) {
+    runs.clear();
+    for (int x = 0; x < columns; ++x) {
+      if (!isWanted(x)) continue;
+      if (runs.empty() || runs.back().end < x) runs.push_back({x, x});
+      runs.back().end = x + 1;
+    }
+  };
+  findRuns(groundRuns_, [&](int x) { return isMarked(x, y); });
+  if (groundRuns_.empty()) return {};
+  findRuns(paintedRuns_, [&](int x) { return isMarked(x, y) && layer_.isPainted(x, y); });
+  const int bottom = std::min((y + 1) * PaintTile::kSide, pixels.height);
+  for (int row = y * PaintTile::kSide; row < bottom; ++row) {
+    const auto left = [](const TileRun& run) { return run.first * PaintTile::kSide; };
+    const auto right = [&](const TileRun& run) {
+      return std::min(run.end * PaintTile::kSide, pixels.width);
+    };
+    for (const TileRun& run : groundRuns_) ground_.replaceRow(row, left(run), right(run));
+    for (const TileRun& run : paintedRuns_)
+      layer_.layRow(row, left(run), right(run), pixels.row(row) + 4 * left(run));
+  }
+  return {groundRuns_.front().first, y, groundRuns_.back().end, y + 1};
 }
 
 }  // namespace render

@@ -6,9 +6,11 @@
 #include "pixels/image.h"
 #include "pixels/size.h"
 #include "pixels/surface.h"
+#include "render/background.h"
 #include "render/live_painting.h"
 #include "render/pixel_rect.h"
 #include "render/render_scene.h"
+#include "render/strokes_layer.h"
 
 namespace render {
 
@@ -23,11 +25,12 @@ struct LiveFrame {
 ///
 /// Costs what changes: nothing for an idle canvas, the background and one blend for a new camera
 /// picture, the touched tiles for the open stroke. A painting that must be built up anew is spread
-/// over several frames. One canvas per window or recording; main thread only.
+/// over several frames; meanwhile the strokes stay as they were, stretched to a new size.
+/// One canvas per window or recording; main thread only.
 class LiveCanvas {
  public:
   /// Enough strokes over tiles for some 30 ms of work a frame.
-  static constexpr int kWorkPerFrame = 1500;
+  static constexpr int kWorkPerFrame = 4000;
 
   explicit LiveCanvas(int workPerFrame = kWorkPerFrame) : painting_(workPerFrame) {}
 
@@ -40,19 +43,26 @@ class LiveCanvas {
   void invalidate() { pixels_.data = nullptr; }
 
   /// Bytes held for the painting, roughly.
-  std::size_t bytesHeld() const { return painting_.bytesHeld(); }
+  std::size_t bytesHeld() const { return painting_.bytesHeld() + layer_.bytesHeld(); }
 
  private:
-  void keepPicture();
-  void drawStandIn(const RenderScene& scene, const pixels::DrawingContext& context);
+  /// Neighbouring tiles of a row: from `first` up to but not including `end`.
+  struct TileRun {
+    int first = 0;
+    int end = 0;
+  };
+
   bool isSameGround(const RenderScene& scene) const;
-  void markChangedTiles(const RenderScene& scene, const pixels::DrawingContext& context,
-                        const std::vector<int>& changed);
+  void showTile(int tile);
   void markCursorTiles(const RenderScene& scene);
   void markTiles(const PixelRect& pixels);
+  bool isMarked(int x, int y) const;
   PixelRect drawMarked(const RenderScene& scene, const pixels::DrawingContext& context);
+  PixelRect drawBand(int y, const pixels::SurfaceView& pixels);
 
   LivePainting painting_;
+  StrokesLayer layer_;  // The painting's latest whole picture.
+  Background ground_;
   CanvasMapping mapping_;
 
   // What the last drawing put into the pixels.
@@ -62,11 +72,11 @@ class LiveCanvas {
   double dim_ = 0;
   std::optional<CursorState> cursor_;
   PixelRect cursorBounds_;
-  bool wasBuilt_ = false;
   bool glow_ = false;
+  bool isBuilt_ = false;  // Whether layer_ shows the painting, not one from before it.
 
-  std::vector<bool> marked_;                // Tiles to draw.
-  std::optional<pixels::Surface> standIn_;  // The strokes before everything changed.
+  std::vector<bool> marked_;                       // Tiles to draw.
+  std::vector<TileRun> groundRuns_, paintedRuns_;  // Of the band that is drawn.
 };
 
 }  // namespace render

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <utility>
 
-#include "render/compositing.h"
 #include "render/fading.h"
 #include "render/stroke_colors.h"
 
@@ -15,15 +14,8 @@ namespace {
 // For pictures of tiles to go back to when strokes are undone.
 constexpr std::size_t kCheckpointBytes = 140u << 20;
 constexpr std::size_t kFewestCheckpoints = 2, kMostCheckpoints = 12;
-// For the shapes of fading strokes, laid anew every frame.
-constexpr std::size_t kKeptShapeBytes = 128u << 20;
-// With their masks: less, so that masks push no shape out.
-constexpr std::size_t kKeptMaskBytes = 100u << 20;
-// Strokes whose shapes are at hand together while a painting is built up.
-constexpr std::size_t kLaidTogether = 64;
-// Shapes are made this long before they are laid in every frame, a few in each.
-constexpr double kAheadSeconds = 1;
-constexpr int kShapedAhead = 8;
+// Finding out which tiles a stroke reaches takes this much less than laying it over them.
+constexpr int kJoinedPerWork = 6;
 
 double alphaOf(const RenderScene& scene, const strokes::Stroke& stroke) {
   const double alpha = fadeAlpha(scene, stroke);
@@ -36,6 +28,10 @@ bool isSamePoint(const strokes::StrokePoint& a, const strokes::StrokePoint& b) {
 }
 
 }  // namespace
+
+LivePainting::LivePainting(int workPerUpdate) : workPerUpdate_(workPerUpdate) {
+  brushes_.push_back(std::make_unique<TileBrush>());
+}
 
 bool LivePainting::Entry::isFor(const strokes::Stroke& stroke) const {
   return stroke.id == id && stroke.colorIndex == colorIndex && stroke.points.size() >= pointCount &&
@@ -68,6 +64,7 @@ const std::vector<int>& LivePainting::update(const RenderScene& scene, const Can
     grow(entries_[last], scene.strokes[last]);
   }
   addNew(scene);
+  if (entries_.size() < scene.strokes.size()) return changed_;  // The others join in later updates.
   if (!isBuilding_ || stale_.empty()) fadeAll(scene);
   paintStale(scene);
   if (isBuilding_ && stale_.empty()) {
@@ -75,8 +72,12 @@ const std::vector<int>& LivePainting::update(const RenderScene& scene, const Can
     isBuilding_ = false;
     fadeAll(scene);
     paintStale(scene);
+    isBuilding_ = !stale_.empty();
   }
   if (!isBuilding_) shapeAhead(scene);
+  // Some may have got ready by one change and be late after the next.
+  std::erase_if(changed_,
+                [this](int tile) { return tiles_[static_cast<std::size_t>(tile)].isStale(); });
   return changed_;
 }
 
@@ -125,13 +126,13 @@ void LivePainting::join(Entry& entry, const strokes::StrokePoints& points) {
       if (!shape.isReached(x, y)) continue;
       const int index = y * tilesRect_.width() + x;
       LiveTile& tile = tiles_[static_cast<std::size_t>(index)];
+      if (!tile.isStale()) stale_.push_back(index);
       if (tile.holds(entry.serial)) {
         tile.change(entry.serial);
       } else {
         tile.add(entry.serial, !isFading(tile), mostCheckpoints_);
         entry.tiles.push_back(index);
       }
-      stale_.push_back(index);
     }
   }
 }
@@ -153,17 +154,22 @@ void LivePainting::grow(Entry& entry, const strokes::Stroke& stroke) {
 }
 
 void LivePainting::addNew(const RenderScene& scene) {
+  std::size_t joined = 0;
+  const auto most = static_cast<std::size_t>(workPerUpdate_) * kJoinedPerWork;
   for (std::size_t i = entries_.size(); i < scene.strokes.size(); ++i) {
+    if (isBuilding_ && joined > most) return;
     const strokes::Stroke& stroke = scene.strokes[i];
     Entry& entry = entries_.emplace_back();
     entry.serial = nextSerial_++;
     entry.id = stroke.id;
     entry.colorIndex = stroke.colorIndex;
+    entry.colors = strokeColors(stroke.colorIndex);
     entry.alpha = alphaOf(scene, stroke);
     anyFades_ = anyFades_ || entry.alpha < 1;
     entry.pointCount = stroke.points.size();
     if (!stroke.points.empty()) entry.lastPoint = stroke.points.back();
     join(entry, stroke.points);
+    joined += entry.tiles.size();
   }
 }
 
@@ -176,8 +182,9 @@ void LivePainting::fadeAll(const RenderScene& scene) {
     if (alpha == entry.alpha) continue;
     entry.alpha = alpha;
     for (const int index : entry.tiles) {
-      tiles_[static_cast<std::size_t>(index)].change(entry.serial);
-      stale_.push_back(index);
+      LiveTile& tile = tiles_[static_cast<std::size_t>(index)];
+      if (!tile.isStale()) stale_.push_back(index);
+      tile.change(entry.serial);
     }
   }
 }
@@ -208,119 +215,6 @@ bool LivePainting::isUnsettledAfter(const LiveTile& tile, std::uint64_t serial) 
   return willChange && std::all_of(strokes.begin(), next, [this](std::uint64_t below) {
            return entryOf(below).alpha >= 1;
          });
-}
-
-void LivePainting::paintStale(const RenderScene& scene) {
-  std::sort(stale_.begin(), stale_.end());
-  stale_.erase(std::unique(stale_.begin(), stale_.end()), stale_.end());
-  const auto isFresh = [this](int tile) {
-    return !tiles_[static_cast<std::size_t>(tile)].isStale();
-  };
-  stale_.erase(std::remove_if(stale_.begin(), stale_.end(), isFresh), stale_.end());
-  if (stale_.empty()) return;
-  std::uint64_t first = nextSerial_;
-  for (const int tile : stale_)
-    first = std::min(first, tiles_[static_cast<std::size_t>(tile)].nextStroke());
-  // Fading is never late: half a fade shown for one stroke and not for another would look wrong.
-  const bool mayBeLate = isBuilding_ || !anyFades_;
-  int work = 0;
-  std::size_t i = 0;
-  while (i < entries_.size() && entries_[i].serial < first) ++i;
-  while (i < entries_.size() && !(mayBeLate && work >= workPerUpdate_)) {
-    // Tile by tile, as a tile and the processor are close then.
-    const std::size_t start = i;
-    const auto isRoomFor = [&](std::size_t stroke) {
-      if (mayBeLate) return stroke < start + kLaidTogether && work < workPerUpdate_;
-      return stroke < start + kLaidTogether || shapeBytes_ < kKeptShapeBytes;
-    };
-    for (; i < entries_.size() && isRoomFor(i); ++i)
-      work += shapeForStale(entries_[i], scene.strokes[i]);
-    layBefore(i < entries_.size() ? entries_[i].serial : nextSerial_);
-    for (std::size_t laid = start; laid < i; ++laid) {
-      const bool isWanted = scene.fadeEnabled && entries_[laid].shapeTiles == tilesRect_;
-      if (isBuilding_ || !isWanted || shapeBytes_ > kKeptShapeBytes) dropShape(entries_[laid]);
-    }
-  }
-  stale_.erase(std::remove_if(stale_.begin(), stale_.end(), isFresh), stale_.end());
-}
-
-/// Makes the stroke's shape where stale tiles want it. How many do.
-int LivePainting::shapeForStale(Entry& entry, const strokes::Stroke& stroke) {
-  int wanted = 0;
-  PixelRect missing;
-  for (const int number : entry.tiles) {
-    const LiveTile& tile = tiles_[static_cast<std::size_t>(number)];
-    if (!tile.isStale() || tile.nextStroke() > entry.serial) continue;
-    ++wanted;
-    const int x = number % tilesRect_.width(), y = number / tilesRect_.width();
-    missing = missing.united({x, y, x + 1, y + 1});
-  }
-  if (wanted == 0 || !(entry.alpha > 0)) return wanted;
-  const bool isThere = entry.shape && missing.intersected(entry.shapeTiles) == missing;
-  if (!isThere) buildShape(entry, stroke, anyFades_ && !isBuilding_ ? tilesRect_ : missing);
-  return wanted;
-}
-
-void LivePainting::shapeAhead(const RenderScene& scene) {
-  if (!scene.fadeEnabled) {
-    for (Entry& entry : entries_) dropShape(entry);
-    return;
-  }
-  int shaped = 0;
-  // The newest stroke may still grow.
-  for (std::size_t i = 0; i + 1 < entries_.size() && shaped < kShapedAhead; ++i) {
-    if (shapeBytes_ > kKeptShapeBytes) return;
-    const strokes::Stroke& stroke = scene.strokes[i];
-    const bool fadesSoon = scene.now - stroke.lastTime > scene.fadeSeconds - kAheadSeconds;
-    if (!fadesSoon || entries_[i].shape || !(entries_[i].alpha > 0)) continue;
-    buildShape(entries_[i], stroke, tilesRect_);
-    ++shaped;
-  }
-}
-
-void LivePainting::buildShape(Entry& entry, const strokes::Stroke& stroke, const PixelRect& tiles) {
-  dropShape(entry);
-  entry.shape = std::make_unique<StrokeShape>();
-  entry.shape->build(stroke.points, mapping_, glow_, pixelsOfTiles(tiles).intersected(area_));
-  entry.shapeTiles = tiles;
-  shapeBytes_ += entry.shape->bytesHeld();
-}
-
-void LivePainting::dropShape(Entry& entry) {
-  if (!entry.shape) return;
-  shapeBytes_ -= entry.shape->bytesHeld();
-  for (const auto& [tile, masks] : entry.masks) shapeBytes_ -= masks.bytesHeld();
-  entry.shape.reset();
-  entry.masks.clear();
-}
-
-void LivePainting::layBefore(std::uint64_t endSerial) {
-  for (const int number : stale_) {
-    const LiveTile& tile = tiles_[static_cast<std::size_t>(number)];
-    while (tile.isStale() && tile.nextStroke() < endSerial) layNext(number);
-  }
-}
-
-/// Room for the masks that the next frames want again; null where there is none.
-KeptMasks* LivePainting::keptMasks(Entry& entry, int tile) {
-  if (!anyFades_ || isBuilding_ || entry.shapeTiles != tilesRect_) return nullptr;
-  if (const auto found = entry.masks.find(tile); found != entry.masks.end()) return &found->second;
-  return shapeBytes_ < kKeptMaskBytes ? &entry.masks[tile] : nullptr;
-}
-
-void LivePainting::layNext(int number) {
-  LiveTile& tile = tiles_[static_cast<std::size_t>(number)];
-  Entry& entry = entries_[indexOf(tile.nextStroke())];
-  PaintTile& paint = tile.workPaint();
-  if (entry.alpha > 0) {
-    const int x = number % tilesRect_.width(), y = number / tilesRect_.width();
-    KeptMasks* kept = keptMasks(entry, number);
-    const std::size_t before = kept ? kept->bytesHeld() : 0;
-    brush_.lay(*entry.shape, strokeColors(entry.colorIndex), entry.alpha, x, y, paint, kept);
-    if (kept) shapeBytes_ += kept->bytesHeld() - before;
-  }
-  if (tile.finishStroke(isUnsettledAfter(tile, entry.serial), mostCheckpoints_))
-    changed_.push_back(number);
 }
 
 std::size_t LivePainting::bytesHeld() const {

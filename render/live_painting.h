@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <unordered_map>
 #include <vector>
 
 #include "render/canvas_mapping.h"
@@ -20,12 +19,12 @@ namespace render {
 /// bit for bit.
 ///
 /// Relies on what a painting does: a stroke's points only grow at the end, strokes never change
-/// their order, and new ones come last. Main thread only.
+/// their order, and new ones come last. Main thread only; other threads help it where that pays.
 class LivePainting {
  public:
   /// `workPerUpdate`: how many strokes are laid over tiles in one update at most, so that a
   /// painting with a thousand strokes cannot hold up a frame.
-  explicit LivePainting(int workPerUpdate) : workPerUpdate_(workPerUpdate) {}
+  explicit LivePainting(int workPerUpdate);
 
   /// Follows the scene. Returns the tiles, counted row by row, whose picture is another one now.
   const std::vector<int>& update(const RenderScene& scene, const CanvasMapping& mapping, int width,
@@ -36,11 +35,12 @@ class LivePainting {
   bool isBuilding() const { return isBuilding_; }
 
   /// Whether every tile shows the scene; otherwise some show an earlier one.
-  bool isUpToDate() const { return stale_.empty(); }
+  bool isUpToDate() const { return !isBuilding_ && stale_.empty(); }
 
   /// Tiles of the canvas, counted from its top left corner.
   const PixelRect& tiles() const { return tilesRect_; }
-  /// Null where nothing is painted.
+  /// Null where nothing is painted. Not of a tile that is still to be brought up to date, as it may
+  /// be while isBuilding() or between the updates that return it.
   const PaintTile* paintOf(int tile) const {
     return tiles_[static_cast<std::size_t>(tile)].shown().get();
   }
@@ -54,6 +54,7 @@ class LivePainting {
     std::uint64_t serial = 0;
     strokes::StrokeId id;
     int colorIndex = 0;
+    StrokeColors colors{};
     double alpha = 1;
     std::size_t pointCount = 0;
     strokes::StrokePoint lastPoint;
@@ -61,11 +62,19 @@ class LivePainting {
     // While it is laid, and longer while strokes fade and every frame lays it again.
     std::unique_ptr<StrokeShape> shape;
     PixelRect shapeTiles;  // The tiles that `shape` is right for.
-    // By tile, for the whole of a stroke that every frame lays again.
-    std::unordered_map<int, KeptMasks> masks;
+    // What it does to the tiles of its shape, row by row, while every frame lays it again; none
+    // where it does nothing or there was no room.
+    std::vector<std::optional<KeptShares>> shares;
 
     /// Whether the stroke is this one, perhaps longer by now.
     bool isFor(const strokes::Stroke& stroke) const;
+  };
+
+  /// A shape that is wanted, for these tiles.
+  struct Missing {
+    Entry* entry;
+    const strokes::Stroke* stroke;
+    PixelRect tiles;
   };
 
   bool follows(const RenderScene& scene, const CanvasMapping& mapping, int width, int height);
@@ -77,13 +86,14 @@ class LivePainting {
   void join(Entry& entry, const strokes::StrokePoints& points);
   void markChanged(int tile);
   void paintStale(const RenderScene& scene);
-  int shapeForStale(Entry& entry, const strokes::Stroke& stroke);
+  int noteMissing(Entry& entry, const strokes::Stroke& stroke);
+  void makeShapes();
   void shapeAhead(const RenderScene& scene);
-  void buildShape(Entry& entry, const strokes::Stroke& stroke, const PixelRect& tiles);
   void dropShape(Entry& entry);
-  void layBefore(std::uint64_t endSerial);
-  void layNext(int number);
-  KeptMasks* keptMasks(Entry& entry, int tile);
+  void keepShares(Entry& entry);
+  const KeptShares* keptShares(const Entry& entry, int tileX, int tileY) const;
+  void layBefore(std::size_t first, std::size_t end, int work);
+  void layNext(int number, TileBrush& brush);
   bool isUnsettledAfter(const LiveTile& tile, std::uint64_t serial) const;
   bool isFading(const LiveTile& tile) const;
   const Entry& entryOf(std::uint64_t serial) const;
@@ -102,8 +112,9 @@ class LivePainting {
   std::vector<int> stale_;    // Tiles with isStale().
   std::vector<int> changed_;  // By the running update.
   std::size_t mostCheckpoints_ = 2;
-  std::size_t shapeBytes_ = 0;  // Of all entries' shapes and masks.
-  TileBrush brush_;
+  std::size_t shapeBytes_ = 0;                       // Of all entries' shapes and shares.
+  std::vector<Missing> missing_;                     // To be made by the running update.
+  std::vector<std::unique_ptr<TileBrush>> brushes_;  // One for each thread.
 };
 
 }  // namespace render

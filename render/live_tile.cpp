@@ -1,6 +1,7 @@
 #include "render/live_tile.h"
 
 #include <algorithm>
+#include <cstring>
 #include <utility>
 
 namespace render {
@@ -56,12 +57,25 @@ void LiveTile::change(std::uint64_t stroke) {
 
 PaintTile& LiveTile::workPaint() {
   if (work_) return *work_;
-  work_ = std::make_shared<PaintTile>();
-  if (!checkpoints_.empty()) *work_ = *checkpoints_.back().paint;
+  // The last picture is not wanted any more; unless a checkpoint holds it, its memory can be had.
+  if (shown_.use_count() == 1)
+    work_ = std::const_pointer_cast<PaintTile>(std::exchange(shown_, nullptr));
+  if (!checkpoints_.empty()) {
+    const PaintTile& start = *checkpoints_.back().paint;
+    if (work_) {
+      *work_ = start;
+    } else {
+      work_ = std::make_shared<PaintTile>(start);
+    }
+  } else if (work_) {
+    std::memset(work_.get(), 0, sizeof *work_);
+  } else {
+    work_ = std::make_shared<PaintTile>();
+  }
   return *work_;
 }
 
-bool LiveTile::finishStroke(bool keep, std::size_t mostCheckpoints) {
+void LiveTile::finishStroke(bool keep, std::size_t mostCheckpoints) {
   ++done_;
   const bool isLast = done_ == strokes_.size();
   if (isLast) {
@@ -70,10 +84,8 @@ bool LiveTile::finishStroke(bool keep, std::size_t mostCheckpoints) {
     isStale_ = false;
   }
   if (keep) {
-    keepCheckpoint(done_, isLast ? shown_ : std::make_shared<const PaintTile>(*work_),
-                   mostCheckpoints);
+    keepCheckpoint(done_, isLast ? shown_ : std::make_shared<PaintTile>(*work_), mostCheckpoints);
   }
-  return isLast;
 }
 
 std::size_t LiveTile::bytesHeld() const {

@@ -18,8 +18,7 @@ class LiveTile {
   const std::vector<std::uint64_t>& strokes() const { return strokes_; }
   bool holds(std::uint64_t stroke) const;
 
-  /// The latest finished picture of the tile; null when nothing is painted. Not up to date while
-  /// isStale().
+  /// The finished picture of the tile; null when nothing is painted. Not while isStale().
   const Paint& shown() const { return shown_; }
   bool isStale() const { return isStale_; }
 
@@ -40,8 +39,8 @@ class LiveTile {
   PaintTile& workPaint();
 
   /// nextStroke() is laid. `keep`: the strokes up to it will stay as they are while later ones
-  /// change; their picture is kept to start from. True when the tile is no longer stale.
-  bool finishStroke(bool keep, std::size_t mostCheckpoints);
+  /// change; their picture is kept to start from. After the last one the tile is no longer stale.
+  void finishStroke(bool keep, std::size_t mostCheckpoints);
 
   /// Of pictures.
   std::size_t bytesHeld() const;

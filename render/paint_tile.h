@@ -9,12 +9,14 @@ namespace render {
 /// The value of a full channel or share in 15-bit arithmetic.
 inline constexpr std::int16_t kFull = 32767;
 
-/// A square of the painting: premultiplied blue, green, red and alpha, 0 to kFull, each channel in
-/// a plane of its own. Fifteen bits, so that hundreds of faint layers add up without drifting.
+/// A square of the painting: premultiplied blue, green, red and alpha, 0 to kFull. Fifteen bits, so
+/// that hundreds of faint layers add up without drifting.
 struct PaintTile {
   static constexpr int kSide = 64;
 
-  alignas(64) std::int16_t plane[4][kSide * kSide];
+  /// Each row has its four channels one after the other: what is painted together lies together,
+  /// and never a multiple of a page apart, which would hold the processor up.
+  alignas(64) std::int16_t rows[kSide][4][kSide];
 };
 
 /// The tiles that hold these pixels, counted from the canvas's top left corner.

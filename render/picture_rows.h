@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "pixels/image.h"
@@ -12,34 +13,37 @@ namespace render {
 /// The same on every instruction set.
 class PictureRows {
  public:
-  /// `width`, `height`: of the canvas in device pixels, > 0; `dim`: 0 to 1. Only the canvas's first
-  /// `columns` of `rows` are wanted.
-  PictureRows(const pixels::Image& picture, double width, double height, double dim, int columns,
+  /// For pictures of `pictureWidth` by `pictureHeight` pixels. `width`, `height`: of the canvas in
+  /// device pixels, > 0. Only the canvas's first `columns` of `rows` are wanted.
+  PictureRows(int pictureWidth, int pictureHeight, double width, double height, int columns,
               int rows);
 
-  /// Pixels of a row.
-  int width() const { return across_.length(); }
+  /// The picture to fetch rows of, and its dimming, 0 to 1.
+  void show(const pixels::Image& picture, double dim);
 
-  /// Writes row `y`, opaque BGRA.
-  void fetch(int y, std::uint8_t* pixels);
+  /// Whether pictures of this size on such a canvas are what these rows are for.
+  bool isFor(const pixels::Image& picture, double width, double height, int columns,
+             int rows) const;
+
+  /// Writes the pixels from `left` up to `right` of row `y`, opaque BGRA. Cheapest when `y` grows.
+  void fetch(int y, int left, int right, std::uint8_t* pixels);
 
  private:
   const std::int16_t* stretched(int pictureRow);
-  void stretchByPairs(const std::uint8_t* source, std::int16_t* row) const;
-  void stretchByTaps(const std::uint8_t* source, std::int16_t* row) const;
 
-  pixels::Image picture_;
+  int pictureWidth_, pictureHeight_;
+  double width_, height_;
   Resampling across_;
   Resampling down_;
-  std::int16_t light_;
-  // For two taps, as when a picture grows: the weights of the left and of the right pixel for each
-  // channel but the fourth.
-  std::vector<std::int16_t> leftWeights_;
+  std::optional<pixels::Image> picture_;
+  int light_ = 0;  // What dimming leaves, of 32768.
+  // For two taps, as when a picture grows: the right pixel's weight, for each channel.
   std::vector<std::int16_t> rightWeights_;
   // The picture's rows at full width, 0 to 255 in 1/128, as many as a row of the canvas takes.
   std::vector<std::vector<std::int16_t>> rows_;
   std::vector<int> rowNumbers_;
   std::vector<const std::int16_t*> rowsWanted_;
+  std::vector<std::int16_t> weightsWanted_;
 };
 
 }  // namespace render

@@ -20,15 +20,23 @@ void forEachTile(const PixelRect& tiles, Visit visit) {
 
 }  // namespace
 
-void PieceIndex::build(std::span<const CurvePiece> pieces, const PixelRect& bounds, double reach) {
+void PieceIndex::findReached(std::span<const CurvePiece> pieces, const PixelRect& bounds,
+                             double reach) {
   tiles_ = tilesAround(bounds);
-  const auto count =
-      static_cast<std::size_t>(tiles_.width()) * static_cast<std::size_t>(tiles_.height());
-  reached_.assign(count, 0);
-  starts_.assign(count + 1, 0);
+  reached_.assign(
+      static_cast<std::size_t>(tiles_.width()) * static_cast<std::size_t>(tiles_.height()), 0);
+  PixelRect before;
   for (const CurvePiece& piece : pieces) {
-    forEachTile(tilesAround(piece.box(reach)).intersected(tiles_),
-                [&](int x, int y) { reached_[slot(x, y)] = 1; });
+    const PixelRect reached = tilesAround(piece.box(reach)).intersected(tiles_);
+    if (reached == before) continue;  // Pieces are much shorter than tiles.
+    before = reached;
+    forEachTile(reached, [&](int x, int y) { reached_[slot(x, y)] = 1; });
+  }
+}
+
+void PieceIndex::sortPieces(std::span<const CurvePiece> pieces) {
+  starts_.assign(reached_.size() + 1, 0);
+  for (const CurvePiece& piece : pieces) {
     forEachTile(tilesAround(piece.box(kBorderPx)).intersected(tiles_),
                 [&](int x, int y) { ++starts_[slot(x, y)]; });
   }

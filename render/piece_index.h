@@ -13,8 +13,12 @@ namespace render {
 /// Which pieces of a stroke paint in which tile of the canvas.
 class PieceIndex {
  public:
-  /// `bounds`: the pixels that count; `reach`: how far the stroke's light reaches beyond its paint.
-  void build(std::span<const CurvePiece> pieces, const PixelRect& bounds, double reach);
+  /// Finds the tiles that are reached. `bounds`: the pixels that count; `reach`: how far the
+  /// stroke's light reaches beyond its paint.
+  void findReached(std::span<const CurvePiece> pieces, const PixelRect& bounds, double reach);
+
+  /// Sorts the same pieces into those tiles, for piecesIn().
+  void sortPieces(std::span<const CurvePiece> pieces);
 
   /// The tiles around the bounds.
   const PixelRect& tiles() const { return tiles_; }

@@ -3,6 +3,7 @@
 #include <array>
 #include <bit>
 #include <cmath>
+#include <cstring>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "render/spline.cpp"
@@ -16,17 +17,45 @@ namespace hn = hwy::HWY_NAMESPACE;
 using D = hn::CappedTag<std::int16_t, 32>;
 
 /// shares[k]: the weights of cell k for all 64 pixels.
-void expand(const std::int16_t* cells, int cellPx, const std::int16_t (*shares)[PaintTile::kSide],
-            std::int16_t* pixels) {
+template <int kCellPx>
+void expandBy(const std::int16_t* cells, std::ptrdiff_t stride, int rows,
+              const std::int16_t (*shares)[PaintTile::kSide],
+              std::int16_t (*pixels)[PaintTile::kSide], std::uint8_t* isDark) {
   const D d;
-  const int lanes = static_cast<int>(hn::Lanes(d));
-  for (int x = 0; x < PaintTile::kSide; x += lanes) {
-    auto sum = hn::Zero(d);
-    const int last = (x + lanes - 1) / cellPx + 4;
-    for (int k = x / cellPx; k <= last; ++k)
-      sum = hn::Add(sum, hn::MulFixedPoint15(hn::Set(d, cells[k]), hn::Load(d, shares[k] + x)));
-    hn::Store(sum, d, pixels + x);
+  constexpr int kHalf = PaintTile::kSide / 2, kLanes = hn::MaxLanes(D());
+  for (int y = 0; y < rows; ++y, cells += stride) {
+    isDark[y] = 0;
+    for (int left = 0; left < PaintTile::kSide; left += kHalf) {
+      std::uint64_t any = 0;
+      for (int k = left / kCellPx; k <= (left + kHalf - 1) / kCellPx + 4; k += 4) {
+        std::uint64_t four = 0;
+        std::memcpy(&four, cells + k, sizeof four);
+        any |= four;
+      }
+      if (any == 0) isDark[y] |= left == 0 ? 1 : 2;
+      for (int x = left; x < left + kHalf; x += static_cast<int>(hn::Lanes(d))) {
+        auto sum = hn::Zero(d);
+        // So many cells whatever x is, that the compiler may unroll it.
+        constexpr int kTaps = (kLanes - 1) / kCellPx + 5;
+        const int first = x / kCellPx;
+        for (int k = first; any != 0 && k < first + kTaps; ++k)
+          sum = hn::Add(sum, hn::MulFixedPoint15(hn::Set(d, cells[k]), hn::Load(d, shares[k] + x)));
+        hn::Store(sum, d, pixels[y] + x);
+      }
+    }
   }
+}
+
+void expand(const std::int16_t* cells, std::ptrdiff_t stride, int rows, int cellPx,
+            const std::int16_t (*shares)[PaintTile::kSide],
+            std::int16_t (*pixels)[PaintTile::kSide], std::uint8_t* isDark) {
+  const auto expandRows = cellPx == 2    ? expandBy<2>
+                          : cellPx == 4  ? expandBy<4>
+                          : cellPx == 8  ? expandBy<8>
+                          : cellPx == 16 ? expandBy<16>
+                          : cellPx == 32 ? expandBy<32>
+                                         : expandBy<64>;
+  expandRows(cells, stride, rows, shares, pixels, isDark);
 }
 
 }  // namespace render::HWY_NAMESPACE
@@ -96,8 +125,10 @@ const SplineWeights& splineWeights(int cellPx, int i) {
   return all[static_cast<std::size_t>(cellPx - 2 + i)];
 }
 
-void expandCells(const std::int16_t* cells, int cellPx, std::int16_t* pixels) {
-  HWY_DYNAMIC_DISPATCH(expand)(cells, cellPx, cellShares(cellPx).of, pixels);
+void expandCells(const std::int16_t* cells, std::ptrdiff_t stride, int rows, int cellPx,
+                 std::int16_t (*pixels)[PaintTile::kSide], std::uint8_t* isDark) {
+  HWY_DYNAMIC_DISPATCH(expand)
+  (cells, stride, rows, cellPx, cellShares(cellPx).of, pixels, isDark);
 }
 
 }  // namespace render

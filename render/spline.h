@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "render/paint_tile.h"
@@ -19,7 +20,10 @@ inline int firstSplineCell(int cellPx, int i) {
   return i < cellPx / 2 ? -2 : -1;
 }
 
-/// The 64 pixels of a tile's row from its 64 / cellPx cells, with two more before and after them.
-void expandCells(const std::int16_t* cells, int cellPx, std::int16_t* pixels);
+/// Expands rows of a tile's cells, `stride` apart, to 64 pixels each: 64 / cellPx cells, with two
+/// more before and after them; five more must be readable. isDark[i]: which halves of row i are all
+/// zero, the left one in bit 0, the right one in bit 1.
+void expandCells(const std::int16_t* cells, std::ptrdiff_t stride, int rows, int cellPx,
+                 std::int16_t (*pixels)[PaintTile::kSide], std::uint8_t* isDark);
 
 }  // namespace render

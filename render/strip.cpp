@@ -49,25 +49,17 @@ void appendStrips(std::span<const CurvePiece> pieces, std::vector<Strip>& strips
   for (const CurvePiece& piece : pieces) {
     Strip& strip = strips.emplace_back(stripOf(piece));
     if (strips.size() == first + 1) continue;
-    const Strip& before = strips[strips.size() - 2];
+    Strip& before = strips[strips.size() - 2];
     const float sine = before.alongX * strip.alongY - before.alongY * strip.alongX;
     const float halfWay = 0.5f * (before.length + strip.length);
     strip.turn = std::abs(sine);
     strip.isCorner =
         before.endsRound || strip.startsRound || strip.turn * (strip.bodyHalf + kSeenPx) > halfWay;
+    const bool isTwice = before.endsRound && strip.startsRound && before.endX == strip.startX &&
+                         before.endY == strip.startY;
+    // Of two discs around one joint the smaller lies in the larger.
+    if (isTwice) (before.bodyHalf < strip.bodyHalf ? before.endsRound : strip.startsRound) = false;
   }
-}
-
-Strip inCells(const Strip& strip, float step) {
-  const float perPx = 1 / step;
-  Strip result = strip;
-  for (float* position : {&result.startX, &result.startY, &result.endX, &result.endY})
-    *position = (*position + 0.5f) * perPx - 0.5f;
-  for (float* size :
-       {&result.length, &result.bodyHalf, &result.coreHalf, &result.startExtra, &result.endExtra})
-    *size *= perPx;
-  result.bend *= step;
-  return result;
 }
 
 }  // namespace render

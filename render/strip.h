@@ -29,7 +29,4 @@ struct Strip {
 /// The strips of a stroke's pieces, one for each, in cells of one pixel.
 void appendStrips(std::span<const CurvePiece> pieces, std::vector<Strip>& strips);
 
-/// A strip in pixels as one in cells `step` pixels wide.
-Strip inCells(const Strip& strip, float step);
-
 }  // namespace render

@@ -13,16 +13,30 @@
 #define RENDER_STRIP_PAINTING_TASK
 namespace render {
 
+// Rounding never hides a cell that is touched.
+inline constexpr float kStripSlack = 0.1f;
+inline constexpr float kStripFar = 1e9f;
+inline constexpr float kHalfDiagonal = 0.7072f;
+inline constexpr float kSmallDiscHalf = 1.5f;
+// A line this level meets a row everywhere or nowhere.
+inline constexpr float kLevel = 1e-3f;
+
+/// A strip's width, of its body or of its core.
+struct StripBreadth {
+  float half;
+  float perDoubleHalf;  // One over the width.
+};
+
 /// What stays the same for all cells of a strip.
 struct StripTask {
   Strip strip;
-  float half;
-  float bulge;          // The curve's largest distance from the chord.
-  float cosine;         // Of the tilt at the ends.
-  float perDoubleHalf;  // One over the width.
-  float borderReach;    // A border farther from a cell's centre leaves it whole.
-  float smaller;        // The border's unit normal along the axis that it is farther from.
+  StripBreadth body, core;
+  float bulge;        // The curve's largest distance from the chord.
+  float cosine;       // Of the tilt at the ends.
+  float borderReach;  // A border farther from a cell's centre leaves it whole.
+  float smaller;      // The border's unit normal along the axis that it is farther from.
   float perCorner, perSide;
+  float full;
 };
 
 /// Where a row of cells meets a band around a line: between centre - width and
@@ -40,24 +54,47 @@ namespace render::HWY_NAMESPACE {
 using Small = hn::Rebind<std::int16_t, F>;
 using Whole = hn::Rebind<std::int32_t, F>;
 
+/// `share`: 0 to 32767, to be rounded.
 HWY_INLINE void raise(Floats share, std::int16_t* cell) {
-  const auto value = hn::DemoteTo(Small(), hn::ConvertTo(Whole(), share));
+  // Next to 2^23 a float's last bit is one: cheaper than a conversion that also minds overflows.
+  const Whole whole;
+  const float two23 = 8388608.0f;
+  const auto bits = hn::BitCast(whole, hn::Add(share, hn::Set(F(), two23)));
+  const auto value = hn::DemoteTo(Small(), hn::Sub(bits, hn::BitCast(whole, hn::Set(F(), two23))));
   hn::StoreU(hn::Max(hn::LoadU(Small(), cell), value), Small(), cell);
 }
 
-/// The share of a cell, 0 to full, whose centre lies `depth` inside a straight border.
-HWY_INLINE Floats shareAt(const StripTask& t, Floats depth, Floats full) {
+/// The share of a cell, 0 to full, beyond a straight border that its centre is `away` from, on this
+/// side of it.
+HWY_INLINE Floats shareBeyond(const StripTask& t, Floats away) {
   const F f;
-  const Floats beyond = hn::Max(hn::Sub(hn::Set(f, t.borderReach), hn::Abs(depth)), hn::Zero(f));
+  const Floats beyond = hn::Max(hn::Sub(hn::Set(f, t.borderReach), away), hn::Zero(f));
   const Floats corner = hn::Min(beyond, hn::Set(f, t.smaller));
-  const Floats outer = hn::Add(hn::Mul(hn::Mul(corner, corner), hn::Set(f, t.perCorner)),
-                               hn::Mul(hn::Sub(beyond, corner), hn::Set(f, t.perSide)));
-  return hn::IfThenElse(hn::Gt(depth, hn::Zero(f)), hn::Sub(full, outer), outer);
+  return hn::Add(hn::Mul(hn::Mul(corner, corner), hn::Set(f, t.perCorner)),
+                 hn::Mul(hn::Sub(beyond, corner), hn::Set(f, t.perSide)));
 }
 
-template <bool kBent, bool kThin>
-HWY_INLINE void paintCells(const StripTask& t, Floats s, Floats v, Floats full,
-                           std::int16_t* cell) {
+/// `distance`: from the curve; `beyond`: how far it is beyond the strip's end.
+template <bool kThin>
+HWY_INLINE Floats shareOfBreadth(const StripTask& t, const StripBreadth& breadth, Floats distance,
+                                 Floats beyond) {
+  const F f;
+  // A circle's border sinks below its tangent by this much, to the fourth power.
+  const Floats perDoubleHalf = hn::Set(f, breadth.perDoubleHalf), half = hn::Set(f, breadth.half);
+  const Floats sunk = hn::Mul(hn::Mul(beyond, beyond), perDoubleHalf);
+  distance = hn::Add(distance, hn::Add(sunk, hn::Mul(hn::Mul(sunk, sunk), perDoubleHalf)));
+  const Floats depth = hn::Sub(half, distance);
+  const Floats across = shareBeyond(t, hn::Abs(depth));
+  Floats share =
+      hn::IfThenElse(hn::Gt(depth, hn::Zero(f)), hn::Sub(hn::Set(f, t.full), across), across);
+  // Not what lies beyond the far border of a thin one.
+  if constexpr (kThin) share = hn::Sub(share, shareBeyond(t, hn::Add(half, distance)));
+  return hn::Max(share, hn::Zero(f));
+}
+
+template <bool kBent, bool kCore, bool kThin>
+HWY_INLINE void paintCells(const StripTask& t, Floats s, Floats v, std::int16_t* body,
+                           std::int16_t* core) {
   const F f;
   const Strip& p = t.strip;
   const Floats left = hn::Sub(hn::Set(f, p.length), s);
@@ -79,30 +116,25 @@ HWY_INLINE void paintCells(const StripTask& t, Floats s, Floats v, Floats full,
   }
   const auto counts = hn::And(hn::Le(beforeStart, hn::Set(f, p.startExtra)),
                               hn::Le(beyondEnd, hn::Set(f, p.endExtra)));
-  // A circle's border sinks below its tangent by this much, to the fourth power.
-  const Floats perDoubleHalf = hn::Set(f, t.perDoubleHalf);
-  const Floats sunk = hn::Mul(hn::Mul(beyond, beyond), perDoubleHalf);
-  distance = hn::Add(distance, hn::Add(sunk, hn::Mul(hn::Mul(sunk, sunk), perDoubleHalf)));
-  const Floats half = hn::Set(f, t.half);
-  Floats share = shareAt(t, hn::Sub(half, distance), full);
-  // Not what lies beyond the far border.
-  if constexpr (kThin) share = hn::Sub(share, shareAt(t, hn::Neg(hn::Add(half, distance)), full));
-  share = hn::Add(hn::Max(share, hn::Zero(f)), hn::Set(f, 0.5f));
-  raise(hn::IfThenElseZero(counts, share), cell);
+  raise(hn::IfThenElseZero(counts, shareOfBreadth<kThin>(t, t.body, distance, beyond)), body);
+  if constexpr (kCore) {
+    if (hn::AllTrue(f, hn::Ge(distance, hn::Set(f, t.core.half + t.borderReach)))) return;
+    raise(hn::IfThenElseZero(counts, shareOfBreadth<kThin>(t, t.core, distance, beyond)), core);
+  }
 }
 
-template <bool kBent, bool kThin>
+/// `kThin`: the borders on both sides may share cells. `core`: as far from the masks' cells as in
+/// `mask` for the body; unused without.
+template <bool kBent, bool kCore, bool kThin>
 void paintStripRows(const StripTask& t, CellSpan rows, BandOfRow across, BandOfRow along,
-                    const CellMask& mask) {
+                    const CellMask& mask, std::int16_t* core) {
   const F f;
   const int lanes = static_cast<int>(hn::Lanes(f));
   const Strip& p = t.strip;
-  const Floats full = hn::Set(f, static_cast<float>(mask.full));
   const Floats alongX = hn::Set(f, p.alongX), alongY = hn::Set(f, p.alongY);
   const float columns = static_cast<float>(mask.columns);
   const int lastStart = std::max(mask.columns - lanes, 0);
-  std::int16_t* row = mask.cells + rows.first * mask.stride;
-  for (int y = rows.first; y < rows.end; ++y, row += mask.stride) {
+  for (int y = rows.first; y < rows.end; ++y) {
     const float fromX = std::max(across.centre - across.width, along.centre - along.width);
     const float toX = std::min(across.centre + across.width, along.centre + along.width);
     across.centre += across.step;
@@ -110,40 +142,130 @@ void paintStripRows(const StripTask& t, CellSpan rows, BandOfRow across, BandOfR
     if (!(fromX < toX) || toX < 0 || fromX > columns) continue;
     const int first = fromX > 0 ? static_cast<int>(fromX) + 1 : 0;
     const int end = toX < columns ? static_cast<int>(toX) + 1 : mask.columns;
+    const std::ptrdiff_t row = y * mask.stride;
     const float qy = static_cast<float>(y) - p.startY;
     const Floats rowS = hn::Set(f, qy * p.alongY - p.startX * p.alongX);
     const Floats rowV = hn::Set(f, qy * p.alongX + p.startX * p.alongY);
     for (int x = first; x < end; x += lanes) {
       x = std::min(x, lastStart);
       const Floats column = hn::Iota(f, static_cast<float>(x));
-      paintCells<kBent, kThin>(t, hn::Add(rowS, hn::Mul(column, alongX)),
-                               hn::Sub(rowV, hn::Mul(column, alongY)), full, row + x);
+      paintCells<kBent, kCore, kThin>(t, hn::Add(rowS, hn::Mul(column, alongX)),
+                                      hn::Sub(rowV, hn::Mul(column, alongY)), mask.cells + row + x,
+                                      kCore ? core + row + x : nullptr);
     }
   }
 }
 
-void paintStripKernel(const StripTask& t, CellSpan rows, BandOfRow across, BandOfRow along,
-                      const CellMask& mask) {
-  const bool isThin = t.half < t.borderReach;
-  if (t.strip.bend == 0) {
-    isThin ? paintStripRows<false, true>(t, rows, across, along, mask)
-           : paintStripRows<false, false>(t, rows, across, along, mask);
-  } else {
-    isThin ? paintStripRows<true, true>(t, rows, across, along, mask)
-           : paintStripRows<true, false>(t, rows, across, along, mask);
+HWY_INLINE CellSpan rowsWithin(float low, float high, int rows) {
+  const float most = static_cast<float>(rows);
+  if (!(high >= 0) || !(low < most)) return {};
+  return {static_cast<int>(std::max(low, 0.0f)), static_cast<int>(std::min(high + 1, most))};
+}
+
+/// A strip in pixels of the canvas as one in cells of the mask.
+HWY_INLINE Strip inCells(const Strip& strip, float step, const CellMask& mask) {
+  const float perPx = 1 / step;
+  Strip p = strip;
+  p.startX = (p.startX + 0.5f) * perPx - 0.5f - static_cast<float>(mask.left);
+  p.startY = (p.startY + 0.5f) * perPx - 0.5f - static_cast<float>(mask.top);
+  p.endX = (p.endX + 0.5f) * perPx - 0.5f - static_cast<float>(mask.left);
+  p.endY = (p.endY + 0.5f) * perPx - 0.5f - static_cast<float>(mask.top);
+  p.length *= perPx;
+  p.bodyHalf *= perPx;
+  p.coreHalf *= perPx;
+  p.startExtra *= perPx;
+  p.endExtra *= perPx;
+  p.bend *= step;
+  return p;
+}
+
+HWY_INLINE StripTask taskFor(const Strip& strip, float full) {
+  StripTask task;
+  task.strip = strip;
+  task.body = {strip.bodyHalf, 0.5f / strip.bodyHalf};
+  task.core = {strip.coreHalf, 0.5f / strip.coreHalf};
+  task.bulge = std::abs(strip.bend) * strip.length * strip.length * 0.25f;
+  task.cosine = 1 - 0.5f * strip.tilt * strip.tilt;
+  const float a = std::abs(strip.alongX), b = std::abs(strip.alongY);
+  const float larger = std::max(a, b);
+  task.smaller = std::max(std::min(a, b), 1e-4f);
+  task.borderReach = 0.5f * (larger + task.smaller);
+  task.perSide = full / larger;
+  task.perCorner = 0.5f * full / (larger * task.smaller);
+  task.full = full;
+  return task;
+}
+
+void paintStrip(const Strip& p, const CellMask& mask, std::int16_t* core) {
+  const StripTask task = taskFor(p, static_cast<float>(mask.full));
+  const float paint = p.bodyHalf + task.borderReach + task.bulge + kStripSlack;
+  const float lean = std::abs(p.tilt) * paint;
+  const float extra = std::max(p.startExtra, p.endExtra) + lean;
+  const float reach = paint + std::abs(p.bend) * extra * (p.length + extra);
+  const float middle = 0.5f * (p.length + p.endExtra - p.startExtra);
+  const float halfLength = 0.5f * (p.length + p.endExtra + p.startExtra) + lean + kStripSlack;
+  const float middleY = p.startY + middle * p.alongY;
+  const float height = halfLength * std::abs(p.alongY) + reach * std::abs(p.alongX);
+  const CellSpan rows = rowsWithin(middleY - height, middleY + height, mask.rows);
+  if (rows.first >= rows.end) return;
+  const float down = static_cast<float>(rows.first) - p.startY;
+  BandOfRow across{0, 0, kStripFar}, along{0, 0, kStripFar};
+  if (std::abs(p.alongY) > kLevel) {
+    const float perRow = 1 / p.alongY;
+    across = {p.startX + down * p.alongX * perRow, p.alongX * perRow, reach * std::abs(perRow)};
+  }
+  if (std::abs(p.alongX) > kLevel) {
+    const float perColumn = 1 / p.alongX;
+    along = {p.startX + (middle - down * p.alongY) * perColumn, -p.alongY * perColumn,
+             halfLength * std::abs(perColumn)};
+  }
+  const bool isThin = (core ? p.coreHalf : p.bodyHalf) < task.borderReach;
+  const auto paintRows =
+      core
+          ? (p.bend == 0
+                 ? (isThin ? paintStripRows<false, true, true> : paintStripRows<false, true, false>)
+                 : (isThin ? paintStripRows<true, true, true> : paintStripRows<true, true, false>))
+          : (p.bend == 0 ? (isThin ? paintStripRows<false, false, true>
+                                   : paintStripRows<false, false, false>)
+                         : (isThin ? paintStripRows<true, false, true>
+                                   : paintStripRows<true, false, false>));
+  paintRows(task, rows, across, along, mask, core);
+}
+
+/// A disc so small that its border is not straight within a cell: by samples.
+void paintSmallDisc(float x, float y, float half, CellSpan rows, CellSpan columns,
+                    std::int16_t* cells, const CellMask& mask) {
+  constexpr int kAlong = 16;
+  for (int row = rows.first; row < rows.end; ++row) {
+    for (int column = columns.first; column < columns.end; ++column) {
+      int inside = 0;
+      for (int i = 0; i < kAlong * kAlong; ++i) {
+        const auto sampleAt = [](int cell, int k) {
+          return static_cast<float>(cell) - 0.5f + (static_cast<float>(k) + 0.5f) / kAlong;
+        };
+        const float dx = sampleAt(column, i % kAlong) - x, dy = sampleAt(row, i / kAlong) - y;
+        if (dx * dx + dy * dy <= half * half) ++inside;
+      }
+      std::int16_t& cell = cells[row * mask.stride + column];
+      cell = std::max(cell, static_cast<std::int16_t>(mask.full * inside / (kAlong * kAlong)));
+    }
   }
 }
 
-/// `x`, `y`: the centre, in cells of the mask.
-void paintDiscKernel(float x, float y, float half, CellSpan rows, CellSpan columns,
-                     const CellMask& mask) {
+/// `x`, `y`: the centre, in cells of the mask; `cells`: laid out as the mask's.
+void paintDisc(float x, float y, float half, std::int16_t* cells, const CellMask& mask) {
+  const float reach = half + kHalfDiagonal;
+  const CellSpan rows = rowsWithin(y - reach, y + reach, mask.rows);
+  const CellSpan columns = rowsWithin(x - reach, x + reach, mask.columns);
+  if (rows.first >= rows.end || columns.first >= columns.end) return;
+  if (half < kSmallDiscHalf) return paintSmallDisc(x, y, half, rows, columns, cells, mask);
   const F f;
   const int lanes = static_cast<int>(hn::Lanes(f));
   const Floats tiny = hn::Set(f, 1e-4f), full = hn::Set(f, static_cast<float>(mask.full));
   const int lastStart = std::max(mask.columns - lanes, 0);
   for (int row = rows.first; row < rows.end; ++row) {
     const Floats qy = hn::Set(f, std::abs(static_cast<float>(row) - y));
-    std::int16_t* cells = mask.cells + row * mask.stride;
+    std::int16_t* rowCells = cells + row * mask.stride;
     for (int column = columns.first; column < columns.end; column += lanes) {
       column = std::min(column, lastStart);
       const Floats qx = hn::Abs(hn::Sub(hn::Iota(f, static_cast<float>(column)), hn::Set(f, x)));
@@ -152,8 +274,23 @@ void paintDiscKernel(float x, float y, float half, CellSpan rows, CellSpan colum
       const Floats a = hn::Div(qx, length), b = hn::Div(qy, length);
       const Floats share = squareShare(hn::Sub(hn::Set(f, half), distance),
                                        hn::Max(hn::Max(a, b), tiny), hn::Max(hn::Min(a, b), tiny));
-      raise(hn::Add(hn::Mul(share, full), hn::Set(f, 0.5f)), cells + column);
+      raise(hn::Mul(share, full), rowCells + column);
     }
+  }
+}
+
+void paintAll(const Strip* strips, std::size_t count, float step, const CellMask& mask,
+              std::int16_t* core) {
+  for (std::size_t i = 0; i < count; ++i) {
+    const Strip p = inCells(strips[i], step, mask);
+    const auto paintEnd = [&](float x, float y) {
+      paintDisc(x, y, p.bodyHalf, mask.cells, mask);
+      if (core) paintDisc(x, y, p.coreHalf, core, mask);
+    };
+    if (p.startsRound) paintEnd(p.startX, p.startY);
+    if (p.length == 0) continue;
+    paintStrip(p, mask, core);
+    if (p.endsRound) paintEnd(p.endX, p.endY);
   }
 }
 
@@ -164,107 +301,11 @@ HWY_AFTER_NAMESPACE();
 
 namespace render {
 
-HWY_EXPORT(paintStripKernel);
-HWY_EXPORT(paintDiscKernel);
+HWY_EXPORT(paintAll);
 
-namespace {
-
-// Rounding never hides a cell that is touched.
-constexpr float kSlack = 0.1f;
-constexpr float kFar = 1e9f;
-constexpr float kHalfDiagonal = 0.7072f;
-constexpr float kSmallHalf = 1.5f;
-// A line this level meets a row everywhere or nowhere.
-constexpr float kLevel = 1e-3f;
-
-CellSpan rowsWithin(float low, float high, int rows) {
-  const float most = static_cast<float>(rows);
-  if (!(high >= 0) || !(low < most)) return {};
-  return {static_cast<int>(std::max(low, 0.0f)), static_cast<int>(std::min(high + 1, most))};
-}
-
-/// A disc so small that its border is not straight within a cell: by samples.
-void paintSmallDisc(float x, float y, float half, CellSpan rows, CellSpan columns,
-                    const CellMask& mask) {
-  constexpr int kSamples = 16;
-  for (int row = rows.first; row < rows.end; ++row) {
-    for (int column = columns.first; column < columns.end; ++column) {
-      int inside = 0;
-      for (int i = 0; i < kSamples * kSamples; ++i) {
-        const auto sampleAt = [](int cell, int k) {
-          return static_cast<float>(cell) - 0.5f + (static_cast<float>(k) + 0.5f) / kSamples;
-        };
-        const float dx = sampleAt(column, i % kSamples) - x, dy = sampleAt(row, i / kSamples) - y;
-        if (dx * dx + dy * dy <= half * half) ++inside;
-      }
-      std::int16_t& cell = mask.cells[row * mask.stride + column];
-      cell = std::max(cell, static_cast<std::int16_t>(mask.full * inside / (kSamples * kSamples)));
-    }
-  }
-}
-
-StripTask taskFor(const Strip& strip, float half) {
-  StripTask task{};
-  task.strip = strip;
-  task.half = half;
-  task.bulge = std::abs(strip.bend) * strip.length * strip.length * 0.25f;
-  task.cosine = 1 - 0.5f * strip.tilt * strip.tilt;
-  task.perDoubleHalf = 0.5f / half;
-  const float a = std::abs(strip.alongX), b = std::abs(strip.alongY);
-  const float larger = std::max(a, b);
-  task.smaller = std::max(std::min(a, b), 1e-4f);
-  task.borderReach = 0.5f * (larger + task.smaller);
-  task.perSide = 1 / larger;
-  task.perCorner = 0.5f / (larger * task.smaller);
-  return task;
-}
-
-}  // namespace
-
-void paintStrip(const Strip& strip, float half, const CellMask& mask) {
-  StripTask task = taskFor(strip, half);
-  const float full = static_cast<float>(mask.full);
-  task.perSide *= full;
-  task.perCorner *= full;
-  Strip& p = task.strip;
-  p.startX -= static_cast<float>(mask.left);
-  p.startY -= static_cast<float>(mask.top);
-  const float paint = half + task.borderReach + task.bulge + kSlack;
-  const float lean = std::abs(p.tilt) * paint;
-  const float extra = std::max(p.startExtra, p.endExtra) + lean;
-  const float reach = paint + std::abs(p.bend) * extra * (p.length + extra);
-  const float middle = 0.5f * (p.length + p.endExtra - p.startExtra);
-  const float halfLength = 0.5f * (p.length + p.endExtra + p.startExtra) + lean + kSlack;
-  const float middleY = p.startY + middle * p.alongY;
-  const float height = halfLength * std::abs(p.alongY) + reach * std::abs(p.alongX);
-  const CellSpan rows = rowsWithin(middleY - height, middleY + height, mask.rows);
-  if (rows.first >= rows.end) return;
-  const float down = static_cast<float>(rows.first) - p.startY;
-  BandOfRow across{0, 0, kFar}, along{0, 0, kFar};
-  if (std::abs(p.alongY) > kLevel) {
-    const float perRow = 1 / p.alongY;
-    across = {p.startX + down * p.alongX * perRow, p.alongX * perRow, reach * std::abs(perRow)};
-  }
-  if (std::abs(p.alongX) > kLevel) {
-    const float perColumn = 1 / p.alongX;
-    along = {p.startX + (middle - down * p.alongY) * perColumn, -p.alongY * perColumn,
-             halfLength * std::abs(perColumn)};
-  }
-  HWY_DYNAMIC_DISPATCH(paintStripKernel)(task, rows, across, along, mask);
-}
-
-void paintDisc(float x, float y, float half, const CellMask& mask) {
-  x -= static_cast<float>(mask.left);
-  y -= static_cast<float>(mask.top);
-  const float reach = half + kHalfDiagonal;
-  const CellSpan rows = rowsWithin(y - reach, y + reach, mask.rows);
-  const CellSpan columns = rowsWithin(x - reach, x + reach, mask.columns);
-  if (rows.first >= rows.end || columns.first >= columns.end) return;
-  if (half >= kSmallHalf) {
-    HWY_DYNAMIC_DISPATCH(paintDiscKernel)(x, y, half, rows, columns, mask);
-  } else {
-    paintSmallDisc(x, y, half, rows, columns, mask);
-  }
+void paintPieces(std::span<const Strip> strips, float step, const CellMask& bodies,
+                 std::int16_t* cores) {
+  HWY_DYNAMIC_DISPATCH(paintAll)(strips.data(), strips.size(), step, bodies, cores);
 }
 
 }  // namespace render

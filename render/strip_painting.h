@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 #include "render/strip.h"
 
@@ -20,22 +21,11 @@ struct CellMask {
   static constexpr int kPaintedTogether = 16;
 };
 
-// Each raises cells to their share inside the shape, where that is more than before. Borders are
-// taken to be straight within a cell. The same on every instruction set, bit for bit, and whichever
-// part of the canvas the mask holds.
-
-/// The strip without its round ends, painted `half` cells to both sides.
-void paintStrip(const Strip& strip, float half, const CellMask& mask);
-
-/// A disc around (x, y), as Strip::startX and startY.
-void paintDisc(float x, float y, float half, const CellMask& mask);
-
-/// The whole piece: the strip, and the discs at its round ends.
-inline void paintPiece(const Strip& strip, float half, const CellMask& mask) {
-  if (strip.startsRound) paintDisc(strip.startX, strip.startY, half, mask);
-  if (strip.length == 0) return;
-  paintStrip(strip, half, mask);
-  if (strip.endsRound) paintDisc(strip.endX, strip.endY, half, mask);
-}
+/// Paints pieces, round ends included, one over the other: raises the cells of `bodies` to their
+/// shares inside the strokes, and those at `cores`, unless null, laid out alike, to their shares
+/// inside the light cores. Borders are taken to be straight within a cell. `step`: pixels per cell.
+/// The same on every instruction set, bit for bit, and whichever part of the canvas the mask holds.
+void paintPieces(std::span<const Strip> strips, float step, const CellMask& bodies,
+                 std::int16_t* cores);
 
 }  // namespace render

@@ -37,18 +37,19 @@ void StrokeShape::outline(const strokes::StrokePoints& points, const CanvasMappi
   appendCurvePieces(points, mapping, tileArea, reachPx, pieces_);
   PixelRect bounds;
   for (const CurvePiece& piece : pieces_) bounds = bounds.united(piece.box(reachPx));
-  index_.build(pieces_, bounds.intersected(tileArea), reachPx);
+  index_.findReached(pieces_, bounds.intersected(tileArea), reachPx);
 }
 
 void StrokeShape::build(const strokes::StrokePoints& points, const CanvasMapping& mapping,
                         bool glow, const PixelRect& area) {
   outline(points, mapping, glow, area);
+  trimJoints(pieces_);
+  index_.sortPieces(pieces_);
   strips_.clear();
   appendStrips(pieces_, strips_);
   if (!glow || tiles().isEmpty()) return;
-  const PixelRect reached = pixelsOfTiles(tiles());
-  wide_.build(pieces_, strips_, kWideSigma * unitPx(mapping), reached);
-  narrow_.build(pieces_, strips_, kNarrowSigma * unitPx(mapping), reached);
+  buildGlows(pieces_, strips_, kWideSigma * unitPx(mapping), kNarrowSigma * unitPx(mapping),
+             pixelsOfTiles(tiles()), wide_, narrow_);
 }
 
 std::size_t StrokeShape::bytesHeld() const {

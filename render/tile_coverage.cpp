@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "render/coverage.h"
+#include "render/sampled_share.h"
 #include "render/strip_painting.h"
 
 namespace render {
@@ -15,7 +16,7 @@ constexpr int kTile = PaintTile::kSide;
 // Lines thinner than twice this are sampled more finely: both their borders, or their round ends,
 // share pixels.
 constexpr double kThinHalfPx = 1.25;
-constexpr int kFineness = 4;
+constexpr int kFineness = kSamplesAlong;
 constexpr int kSamples = kFineness * kFineness;
 // Beyond half its width, what a piece can touch.
 constexpr float kReachPx = 4;
@@ -29,46 +30,20 @@ const float* depthRow(const DistanceField& field, int y, bool ofCore) {
 // A path that turns less than this in all cannot come back to itself: half a circle.
 constexpr float kLargestTurn = 3.0f;
 // With more runs than this, all pieces are painted at once.
-constexpr std::size_t kMostRuns = 4;
-
-bool isPartial(std::int16_t share) {
-  return share > 0 && share < kFull;
-}
-
-/// Whether a strip can touch a pixel.
-bool isNear(const Strip& strip, int x, int y) {
-  const float dx = static_cast<float>(x) - strip.startX, dy = static_cast<float>(y) - strip.startY;
-  const float reach = strip.length + strip.bodyHalf + kReachPx;
-  return dx * dx + dy * dy <= reach * reach;
-}
-
-/// Raises a row's shares to those of `other`. The pixels, lowest bit first, that both cover partly.
-std::uint64_t joinRow(const std::int16_t* other, std::int16_t* row) {
-  std::int16_t meet = 0;
-  for (int x = 0; x < kTile; ++x)
-    meet = static_cast<std::int16_t>(meet | (isPartial(row[x]) & isPartial(other[x])));
-  std::uint64_t meetings = 0;
-  for (int x = 0; meet && x < kTile; ++x) {
-    if (isPartial(row[x]) && isPartial(other[x])) meetings |= std::uint64_t{1} << x;
-  }
-  for (int x = 0; x < kTile; ++x) row[x] = std::max(row[x], other[x]);
-  return meetings;
-}
+constexpr std::size_t kMostRuns = 16;
 
 }  // namespace
 
 void TileCoverage::paint(std::span<const CurvePiece> pieces, std::span<const Strip> strips,
                          std::span<const int> numbers, int tileX, int tileY, bool withCore) {
   pieces_ = pieces;
-  strips_ = strips;
   numbers_ = numbers;
   fine_.clear();
   const int left = tileX * kTile, top = tileY * kTile;
   findRuns(strips);
   if (runs_.size() <= kMostRuns) {
     openRows(strips, top);
-    paintRuns(strips, left, top, false);
-    if (withCore) paintRuns(strips, left, top, true);
+    paintRuns(strips, left, top, withCore);
     return;
   }
   const bool isThin = std::any_of(numbers.begin(), numbers.end(), [=](int number) {
@@ -115,25 +90,26 @@ void TileCoverage::openRows(std::span<const Strip> strips, int top) {
   endRow_ = std::max(row(below + 1), firstRow_);
 }
 
-void TileCoverage::paintRuns(std::span<const Strip> strips, int left, int top, bool ofCore) {
-  std::int16_t* mask = ofCore ? core_ : body_;
-  const auto cells = static_cast<std::size_t>((endRow_ - firstRow_) * kTile);
-  std::uint64_t meetings[kTile] = {};
-  bool isFirst = true;
-  for (const Run& run : runs_) {
-    std::int16_t* painted = isFirst ? mask : another_;
-    std::memset(painted + firstRow_ * kTile, 0, cells * sizeof *painted);
-    const CellMask target{painted, kTile, left, top, kTile, kTile, kFull};
-    for (int number = run.first; number < run.end; ++number) {
-      const Strip& strip = strips[static_cast<std::size_t>(number)];
-      paintPiece(strip, ofCore ? strip.coreHalf : strip.bodyHalf, target);
-    }
-    for (int y = firstRow_; !isFirst && y < endRow_; ++y)
-      meetings[y] |= joinRow(another_ + y * kTile, mask + y * kTile);
-    isFirst = false;
+void TileCoverage::paintRuns(std::span<const Strip> strips, int left, int top, bool withCore) {
+  const std::size_t bytes = static_cast<std::size_t>((endRow_ - firstRow_) * kTile) * sizeof *body_;
+  const int start = firstRow_ * kTile;
+  std::uint64_t bodyMeetings[kTile] = {}, coreMeetings[kTile] = {};
+  for (std::size_t i = 0; i < runs_.size(); ++i) {
+    std::int16_t* bodies = i == 0 ? body_ : otherBody_;
+    std::int16_t* cores = i == 0 ? core_ : otherCore_;
+    std::memset(bodies + start, 0, bytes);
+    if (withCore) std::memset(cores + start, 0, bytes);
+    const auto first = static_cast<std::size_t>(runs_[i].first);
+    const auto count = static_cast<std::size_t>(runs_[i].end - runs_[i].first);
+    paintPieces(strips.subspan(first, count), 1, {bodies, kTile, left, top, kTile, kTile, kFull},
+                withCore ? cores : nullptr);
+    if (i == 0) continue;
+    joinRows(bodies, firstRow_, endRow_, body_, bodyMeetings);
+    if (withCore) joinRows(cores, firstRow_, endRow_, core_, coreMeetings);
   }
   for (int y = firstRow_; y < endRow_; ++y) {
-    if (meetings[y]) refine(left, top, y, meetings[y], ofCore);
+    if (bodyMeetings[y]) refine(left, top, y, bodyMeetings[y], false);
+    if (coreMeetings[y]) refine(left, top, y, coreMeetings[y], true);
   }
 }
 
@@ -163,22 +139,10 @@ void TileCoverage::paintCoarsely(int left, int top, bool withCore) {
 
 void TileCoverage::refine(int left, int top, int y, std::uint64_t pixels, bool ofCore) {
   localiseFinely();
+  std::int16_t* row = (ofCore ? core_ : body_) + y * kTile;
   for (; pixels; pixels &= pixels - 1) {
     const int x = std::countr_zero(pixels);
-    fineField_.reset((left + x) * kFineness, (top + y) * kFineness, ofCore);
-    fineField_.limit(kFineness, kFineness);
-    for (std::size_t i = 0; i < fine_.size(); ++i) {
-      const Strip& strip = strips_[static_cast<std::size_t>(numbers_[i])];
-      if (isNear(strip, left + x, top + y)) fineField_.spread(fine_[i]);
-    }
-    int sum = 0;
-    for (int row = fineField_.firstRow(); row < fineField_.endRow(); ++row) {
-      std::int16_t fine[kTile];
-      rampRow(depthRow(fineField_, row, ofCore), kFull, fine);
-      for (int i = 0; i < kFineness; ++i) sum += fine[i];
-    }
-    std::int16_t* mask = ofCore ? core_ : body_;
-    mask[y * kTile + x] = static_cast<std::int16_t>(sum / kSamples);
+    row[x] = sampledShare(fine_, left + x, top + y, ofCore, kFull);
   }
 }
 

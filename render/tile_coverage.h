@@ -33,7 +33,7 @@ class TileCoverage {
  private:
   void findRuns(std::span<const Strip> strips);
   void openRows(std::span<const Strip> strips, int top);
-  void paintRuns(std::span<const Strip> strips, int left, int top, bool ofCore);
+  void paintRuns(std::span<const Strip> strips, int left, int top, bool withCore);
   void paintCoarsely(int left, int top, bool withCore);
   void paintFinely(int left, int top, bool withCore);
   void refine(int left, int top, int y, std::uint64_t pixels, bool ofCore);
@@ -46,8 +46,7 @@ class TileCoverage {
     int end = 0;
   };
 
-  std::span<const CurvePiece> pieces_;  // While painting, as the strips and the numbers.
-  std::span<const Strip> strips_;
+  std::span<const CurvePiece> pieces_;  // While painting, as the numbers.
   std::span<const int> numbers_;
   std::vector<LocalPiece> fine_;  // The pieces in finer cells, once they are needed.
   std::vector<Run> runs_;
@@ -57,7 +56,9 @@ class TileCoverage {
   DistanceField fineField_;
   alignas(64) std::int16_t body_[PaintTile::kSide * PaintTile::kSide];
   alignas(64) std::int16_t core_[PaintTile::kSide * PaintTile::kSide];
-  alignas(64) std::int16_t another_[PaintTile::kSide * PaintTile::kSide];
+  // Of another run.
+  alignas(64) std::int16_t otherBody_[PaintTile::kSide * PaintTile::kSide];
+  alignas(64) std::int16_t otherCore_[PaintTile::kSide * PaintTile::kSide];
 };
 
 }  // namespace render

@@ -3,6 +3,7 @@
 #include <QGridLayout>
 #include <QVBoxLayout>
 #include <initializer_list>
+#include <utility>
 
 #include "ui/divider.h"
 
@@ -49,6 +50,7 @@ ContentView::ContentView(model::AppModel& model, platform::TimerFactory& timers,
 
 void ContentView::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
+  if (std::exchange(wasShown_, true)) return;
   if (model_.cameraState().kind == model::CameraState::Kind::checking) model_.refreshPermission();
 }
 

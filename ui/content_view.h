@@ -43,6 +43,7 @@ class ContentView final : public QWidget {
   ClearConfirmation* clearConfirmation_;
   SaveChoice* saveChoice_;
   FirstRunView* firstRun_;
+  bool wasShown_ = false;
 };
 
 }  // namespace ui

@@ -23,9 +23,10 @@ FfmpegVideoWriter::~FfmpegVideoWriter() {
     queue_->close();
     thread_.join();
   }
-  if (file_->frameCount() == 0) {
+  if (file_->frameCount() > 0) return;
+  if (const auto place = file_->bytes().whereabouts()) {
     std::error_code ignored;
-    std::filesystem::remove(file_->path(), ignored);
+    std::filesystem::remove(place.value(), ignored);
   }
 }
 
@@ -105,22 +106,22 @@ Result<void> FfmpegVideoWriter::encode(const FrameQueue::Frame& frame) {
 Result<void> FfmpegVideoWriter::end() {
   auto drained = encoder_->drain([this](AVPacket& packet) { return file_->write(packet); });
   if (!drained) return drained;
-  const bool isFinishing = completion_ != nullptr;
-  if (isFinishing && file_->frameCount() == 0) return Error{"No frame was recorded."};
   const std::int64_t lastDuration = std::lround(MediaTime::kTimescale / framesPerSecond_);
   auto ended = file_->end(lastDuration);
+  const bool isFinishing = completion_ != nullptr;
   if (!ended || !isFinishing) return ended;
-  const auto rewritten = makeProgressive(file_->path(), file_->frameCount(), lastDuration);
-  if (!rewritten) {
-    return Error{
-        "The recording is complete and plays, but it could not be rewritten for all "
-        "players: " +
-        rewritten.error().description};
-  }
-  return {};
+  if (file_->frameCount() == 0) return Error{"No frame was recorded."};
+  const auto rewritten = makeProgressive(*file_, lastDuration);
+  if (rewritten) return {};
+  if (const auto place = file_->bytes().whereabouts(); !place) return place.error();
+  return Error{
+      "The recording is complete and plays, but it could not be rewritten for all "
+      "players: " +
+      rewritten.error().description};
 }
 
 void FfmpegVideoWriter::fail(Error error) {
+  file_->abandon();  // Here, so that whoever hears of it need not wait for the disk.
   const std::lock_guard lock(errorMutex_);
   error_ = std::move(error);
   status_ = Status::failed;

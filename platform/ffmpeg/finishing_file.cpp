@@ -16,6 +16,7 @@
 #include <utility>
 
 #include "platform/ffmpeg/av_error.h"
+#include "platform/ffmpeg/folder.h"
 
 namespace platform::ffmpeg {
 
@@ -31,10 +32,6 @@ std::string hiddenName() {
   std::array<char, 8> digits{};
   const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), entropy(), 16).ptr;
   return std::string(kPrefix) + std::string(digits.data(), end) + std::string(kSuffix);
-}
-
-std::filesystem::path folderOf(const std::filesystem::path& path) {
-  return path.has_parent_path() ? path.parent_path() : ".";
 }
 
 bool lock(int descriptor) {
@@ -81,31 +78,25 @@ Result<std::unique_ptr<FinishingFile>> FinishingFile::createBeside(
     if (descriptor < 0) return fileError(folder, errno);
     // Somebody who tidies up may have been quicker than the lock.
     if ((lock(descriptor) || errno != EWOULDBLOCK) && isStillThere(descriptor))
-      return std::unique_ptr<FinishingFile>(new FinishingFile(recording, path, descriptor));
+      return std::unique_ptr<FinishingFile>(new FinishingFile(path, descriptor));
     ::close(descriptor);
   }
   return fileError(folder, EEXIST);
 }
 
-FinishingFile::FinishingFile(std::filesystem::path recording, std::filesystem::path path,
-                             int descriptor)
-    : recording_(std::move(recording)), path_(std::move(path)), descriptor_(descriptor) {}
+FinishingFile::FinishingFile(std::filesystem::path path, int descriptor)
+    : path_(std::move(path)), descriptor_(descriptor) {}
 
 FinishingFile::~FinishingFile() {
   if (!tookPlace_) ::unlink(path_.c_str());
   ::close(descriptor_);
 }
 
-Result<void> FinishingFile::takePlace() {
+Result<void> FinishingFile::takePlaceOf(const std::filesystem::path& recording) {
   if (::fsync(descriptor_) != 0) return fileError(path_, errno);
-  if (std::rename(path_.c_str(), recording_.c_str()) != 0) return fileError(recording_, errno);
+  if (std::rename(path_.c_str(), recording.c_str()) != 0) return fileError(recording, errno);
   tookPlace_ = true;
-  // The video is in its place; a folder that cannot be flushed (network disks) changes nothing.
-  const int folder = ::open(folderOf(recording_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-  if (folder >= 0) {
-    ::fsync(folder);
-    ::close(folder);
-  }
+  syncFolder(folderOf(recording));
   return {};
 }
 

@@ -64,7 +64,6 @@ Result<void> FragmentedFile::write(AVPacket& packet) {
   }
   av_packet_move_ref(pending_.get(), &packet);
   hasPending_ = true;
-  ++frameCount_;
   const auto longest = static_cast<std::int64_t>(kFragmentSeconds * MediaTime::kTimescale);
   if (pending_->pts - fragmentStart_ < longest) return {};
   fragmentStart_ = pending_->pts;
@@ -78,7 +77,7 @@ Result<void> FragmentedFile::end(std::int64_t lastDuration) {
   }
   if (const int code = av_write_trailer(output_.get()); code < 0) return avError(code);
   if (auto flushed = flush(); !flushed) return flushed;
-  return file_->close();
+  return file_->finish();
 }
 
 Result<void> FragmentedFile::writePending(std::int64_t duration) {
@@ -88,12 +87,15 @@ Result<void> FragmentedFile::writePending(std::int64_t duration) {
   av_packet_unref(pending_.get());
   hasPending_ = false;
   if (code < 0) return avError(code);
+  ++uncutFrames_;
   return {};
 }
 
 Result<void> FragmentedFile::cut() {
   if (const int code = av_write_frame(output_.get(), nullptr); code < 0) return avError(code);
-  return flush();
+  if (auto flushed = flush(); !flushed) return flushed;
+  frameCount_ += std::exchange(uncutFrames_, 0);
+  return {};
 }
 
 Result<void> FragmentedFile::flush() {

@@ -24,11 +24,15 @@ class FragmentedFile {
   Result<void> begin(const AVCodecContext& codec);
   /// Takes the packet's content. Packets come in the order of their times, no two at one time.
   Result<void> write(AVPacket& packet);
-  /// Writes what waits. The last frame is shown for `lastDuration` units of time.
+  /// Writes what waits and brings everything to the disk. The last frame is shown for
+  /// `lastDuration` units of time.
   Result<void> end(std::int64_t lastDuration);
+  /// Instead, after a failure: what is in the file is brought to the disk, what waits is dropped.
+  void abandon() { static_cast<void>(file_->finish()); }
 
-  const std::filesystem::path& path() const { return file_->path(); }
+  /// What is in the file by now.
   std::int64_t frameCount() const { return frameCount_; }
+  const GrowingFile& bytes() const { return *file_; }
 
  private:
   explicit FragmentedFile(std::unique_ptr<GrowingFile> file);
@@ -48,6 +52,7 @@ class FragmentedFile {
   PacketPtr pending_;  // The newest frame: shown until the next one comes.
   bool hasPending_ = false;
   std::int64_t fragmentStart_ = 0;
+  std::int64_t uncutFrames_ = 0;  // In libavformat, waiting for their fragment to be complete.
   std::int64_t frameCount_ = 0;
 };
 

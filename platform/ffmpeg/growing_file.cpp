@@ -1,14 +1,18 @@
 #include "platform/ffmpeg/growing_file.h"
 
 #include <fcntl.h>
+#include <pthread.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
+#include <string>
+#include <system_error>
 #include <utility>
 
 #include "platform/ffmpeg/av_error.h"
+#include "platform/ffmpeg/folder.h"
 
 namespace platform::ffmpeg {
 
@@ -20,6 +24,7 @@ Result<std::unique_ptr<GrowingFile>> GrowingFile::create(const std::filesystem::
     ::close(descriptor);
     return fileError(path, EPERM);
   }
+  syncFolder(folderOf(path));  // Its name, too, outlives a power cut.
   return std::unique_ptr<GrowingFile>(new GrowingFile(path, descriptor));
 }
 
@@ -29,14 +34,14 @@ GrowingFile::GrowingFile(std::filesystem::path path, int descriptor)
       syncer_([this](const std::stop_token& stop) { keepSyncing(stop); }) {}
 
 GrowingFile::~GrowingFile() {
-  static_cast<void>(close());
+  static_cast<void>(finish());
+  ::close(descriptor_);
 }
 
 Result<void> GrowingFile::append(std::span<const std::uint8_t> piece) {
   {
     const std::lock_guard lock(mutex_);
     if (syncError_ != 0) return fileError(path_, syncError_);
-    dirty_ = true;
   }
   std::int64_t at = size_;
   while (!piece.empty()) {
@@ -51,22 +56,38 @@ Result<void> GrowingFile::append(std::span<const std::uint8_t> piece) {
     at += written;
   }
   size_ = at;
+  const std::lock_guard lock(mutex_);
+  dirty_ = true;  // Only now: a sync that begins before may miss the piece.
   return {};
 }
 
-Result<void> GrowingFile::close() {
-  if (descriptor_ < 0) return {};
+Result<void> GrowingFile::finish() {
+  if (!syncer_.joinable()) return {};
   syncer_.request_stop();
   syncer_.join();
-  const bool synced = ::fdatasync(descriptor_) == 0;
-  const int reason = errno;
-  const bool closed = ::close(std::exchange(descriptor_, -1)) == 0;
-  if (!synced) return fileError(path_, reason);
-  if (!closed) return fileError(path_, errno);
+  if (syncError_ != 0) return fileError(path_, syncError_);
+  if (::fdatasync(descriptor_) != 0) return fileError(path_, errno);
   return {};
+}
+
+Result<std::filesystem::path> GrowingFile::whereabouts() const {
+  struct stat found {};
+  if (::fstat(descriptor_, &found) != 0) return fileError(path_, errno);
+  if (found.st_nlink == 0) {
+    return Error{path_.string() + ": It was removed or replaced before it was finished."};
+  }
+  std::error_code error;
+  auto place = std::filesystem::read_symlink(handle(), error);
+  if (error) return fileError(path_, error.value());
+  return place;
+}
+
+std::filesystem::path GrowingFile::handle() const {
+  return "/proc/self/fd/" + std::to_string(descriptor_);
 }
 
 void GrowingFile::keepSyncing(const std::stop_token& stop) {
+  pthread_setname_np(pthread_self(), "video sync");
   std::unique_lock lock(mutex_);
   while (!stop.stop_requested()) {
     wake_.wait_for(lock, stop, std::chrono::duration<double>(kSyncSeconds), [] { return false; });

@@ -12,7 +12,7 @@
 
 namespace platform::ffmpeg {
 
-/// A file that only grows, piece by piece, and never ends in half a piece while we live. What it
+/// A file that only grows, piece by piece; a write that fails leaves it as it was before. What it
 /// holds is brought to the disk every kSyncSeconds by a thread of its own, because waiting for a
 /// disk may take long; so not even a power cut takes much more than that. Its functions are called
 /// by one thread at a time.
@@ -23,23 +23,27 @@ class GrowingFile {
 
   /// Replaces what was at `path`.
   static Result<std::unique_ptr<GrowingFile>> create(const std::filesystem::path& path);
-  /// Closes.
   ~GrowingFile();
 
   /// All of it or nothing: after a failure the file ends where it ended before.
   Result<void> append(std::span<const std::uint8_t> piece);
-  /// Returns when everything is on the disk.
-  Result<void> close();
+  /// Returns when everything is on the disk. Nothing is appended afterwards.
+  Result<void> finish();
 
-  const std::filesystem::path& path() const { return path_; }
+  /// Where the file is: somebody may have moved it. An error when it was removed, or another file
+  /// was put in its place.
+  Result<std::filesystem::path> whereabouts() const;
+  /// Opens this very file again while this object lives, wherever it is and whatever has its name.
+  std::filesystem::path handle() const;
+
   std::int64_t size() const { return size_; }
 
  private:
   GrowingFile(std::filesystem::path path, int descriptor);
   void keepSyncing(const std::stop_token& stop);
 
-  const std::filesystem::path path_;
-  int descriptor_;
+  const std::filesystem::path path_;  // Where it was made.
+  const int descriptor_;
   std::int64_t size_ = 0;
 
   std::mutex mutex_;

@@ -23,6 +23,11 @@ int threadCount() {
   return std::clamp(static_cast<int>(std::thread::hardware_concurrency()) / 2, 1, 4);
 }
 
+/// Halved colour wants pairs of pixels. The codec would refuse others too, but forgets some memory.
+bool canBeHalved(int side) {
+  return side > 0 && side % 2 == 0;
+}
+
 CodecContextPtr describe(const AVCodec* h264, const VideoSettings& settings) {
   CodecContextPtr codec(avcodec_alloc_context3(h264));
   if (!codec) return nullptr;
@@ -52,6 +57,8 @@ CodecContextPtr describe(const AVCodec* h264, const VideoSettings& settings) {
 }  // namespace
 
 Result<std::unique_ptr<H264Encoder>> H264Encoder::open(const VideoSettings& settings) {
+  if (!canBeHalved(settings.width) || !canBeHalved(settings.height))
+    return Error{"A video's width and height are even."};
   const AVCodec* h264 = avcodec_find_encoder_by_name("libx264");
   if (h264 == nullptr) return Error{"There is no H.264 encoder."};
   CodecContextPtr codec = describe(h264, settings);
@@ -78,13 +85,18 @@ Result<void> H264Encoder::encode(const pixels::Surface& picture, MediaTime time,
                      .u = {frame_->data[1], static_cast<std::size_t>(frame_->linesize[1])},
                      .v = {frame_->data[2], static_cast<std::size_t>(frame_->linesize[2])}});
   frame_->pts = time.value;
-  const bool isKey = time.value >= nextKeyFrame_;
+  const bool isKey = shouldBeKeyFrame(time.value);
   frame_->pict_type = isKey ? AV_PICTURE_TYPE_I : AV_PICTURE_TYPE_NONE;
-  if (isKey) {
-    nextKeyFrame_ =
-        time.value + static_cast<std::int64_t>(kKeyFrameSeconds * MediaTime::kTimescale);
-  }
+  if (isKey) lastKeyFrame_ = time.value;
+  lastFrame_ = time.value;
   return send(frame_.get(), sink);
+}
+
+/// When the next frame, coming as long after this one as this one after the last, would be too
+/// late.
+bool H264Encoder::shouldBeKeyFrame(std::int64_t time) const {
+  constexpr auto kLongest = static_cast<std::int64_t>(kKeyFrameSeconds * MediaTime::kTimescale);
+  return !lastKeyFrame_ || time + (time - lastFrame_) - *lastKeyFrame_ > kLongest;
 }
 
 Result<void> H264Encoder::drain(const PacketSink& sink) {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "pixels/surface.h"
 #include "platform/ffmpeg/av_handles.h"
@@ -19,9 +20,9 @@ class H264Encoder {
   /// x264's constant quality. Chosen by looking at thin bright lines on black after decoding; two
   /// steps more and their colour begins to crawl.
   static constexpr double kQuality = 18;
-  /// How far apart key frames are at most, while frames come at a usual rate: seeking and the
-  /// first picture after a crash need one.
-  static constexpr double kKeyFrameSeconds = 0.9;
+  /// How far apart key frames are at most, as far as frames come that often: seeking and the first
+  /// picture after a crash need one.
+  static constexpr double kKeyFrameSeconds = 0.95;
 
   using PacketSink = std::function<Result<void>(AVPacket&)>;
 
@@ -36,12 +37,14 @@ class H264Encoder {
 
  private:
   explicit H264Encoder(CodecContextPtr codec);
+  bool shouldBeKeyFrame(std::int64_t time) const;
   Result<void> send(const AVFrame* frame, const PacketSink& sink);
 
   CodecContextPtr codec_;
   FramePtr frame_;
   PacketPtr packet_;
-  std::int64_t nextKeyFrame_ = 0;
+  std::optional<std::int64_t> lastKeyFrame_;
+  std::int64_t lastFrame_ = 0;
 };
 
 }  // namespace platform::ffmpeg

@@ -89,14 +89,18 @@ int rewrite(const std::filesystem::path& from, const std::filesystem::path& to,
 
 }  // namespace
 
-Result<void> makeProgressive(const std::filesystem::path& path, std::int64_t frameCount,
-                             std::int64_t lastDuration) {
-  const auto made = FinishingFile::createBeside(path);
+Result<void> makeProgressive(const FragmentedFile& file, std::int64_t lastDuration) {
+  const GrowingFile& bytes = file.bytes();
+  const auto place = bytes.whereabouts();
+  if (!place) return place.error();
+  const auto made = FinishingFile::createBeside(place.value());
   if (!made) return made.error();
   FinishingFile& beside = *made.value();
-  if (const int code = rewrite(path, beside.path(), frameCount, lastDuration); code < 0)
-    return avError(code);
-  return beside.takePlace();
+  const int code = rewrite(bytes.handle(), beside.path(), file.frameCount(), lastDuration);
+  if (code < 0) return avError(code);
+  const auto placeByNow = bytes.whereabouts();  // Rewriting a long recording takes a while.
+  if (!placeByNow) return placeByNow.error();
+  return beside.takePlaceOf(placeByNow.value());
 }
 
 }  // namespace platform::ffmpeg

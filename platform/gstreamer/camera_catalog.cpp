@@ -13,6 +13,9 @@ constexpr auto kMourning = std::chrono::milliseconds(200);
 
 }  // namespace
 
+CameraCatalog::CameraCatalog(const char* pipeWire, const char* devices)
+    : pipeWireProvider_(pipeWire), deviceProvider_(devices) {}
+
 // PipeWire 0.3.65 frees the same memory twice when it is left while its daemon lives: its provider
 // does not hold off the thread that it shares the connection with.
 CameraCatalog::~CameraCatalog() {
@@ -29,7 +32,7 @@ void CameraCatalog::Abandon::operator()(CameraProvider* provider) const {
 std::optional<Camera> CameraCatalog::defaultCamera() {
   const std::lock_guard guard(lock_);
   followDaemon();
-  if (!devices_) devices_.emplace("v4l2deviceprovider");
+  if (!devices_) devices_.emplace(deviceProvider_);
   if (pipeWire_ && daemonLives()) {
     if (auto camera = pipeWire_->firstCamera()) return camera;
   }
@@ -53,7 +56,8 @@ void CameraCatalog::followDaemon() {
   pipeWireToCome_ = {};
   daemon_.emplace();
   if (!daemon_->isAlive()) return;
-  pipeWireToCome_ = begin([] { return NewProvider(new CameraProvider("pipewiredeviceprovider")); });
+  pipeWireToCome_ =
+      begin([name = pipeWireProvider_] { return NewProvider(new CameraProvider(name)); });
   takePipeWire(kPatienceWithDaemon);
 }
 

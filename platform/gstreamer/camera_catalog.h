@@ -18,7 +18,9 @@ namespace platform::gstreamer {
 /// first question. Any thread.
 class CameraCatalog {
  public:
-  CameraCatalog() = default;
+  /// The names are GStreamer's, for what provides the cameras of either kind.
+  explicit CameraCatalog(const char* pipeWire = "pipewiredeviceprovider",
+                         const char* devices = "v4l2deviceprovider");
   ~CameraCatalog();
   CameraCatalog(const CameraCatalog&) = delete;
   CameraCatalog& operator=(const CameraCatalog&) = delete;
@@ -42,7 +44,10 @@ class CameraCatalog {
   void takePipeWire(std::chrono::seconds patience);
   bool daemonLives() const { return daemon_ && daemon_->isAlive(); }
 
-  std::mutex lock_;
+  const char* const pipeWireProvider_;
+  const char* const deviceProvider_;
+
+  std::mutex lock_;  // Guards everything below.
   std::optional<DaemonWatch> daemon_;
   std::future<NewProvider> pipeWireToCome_;  // Valid while the daemon has not answered yet.
   std::unique_ptr<CameraProvider> pipeWire_;

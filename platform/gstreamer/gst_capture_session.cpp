@@ -33,13 +33,20 @@ Handle<GstCaps> formatFor(const Camera& camera, std::optional<CapturePreset> pre
   return format ? std::move(format) : CameraFormat::choose(formats.get(), false);
 }
 
+// Ends it. One that cannot be ended is left to its fate.
+void letGo(std::shared_ptr<CameraPipeline> pipeline) {
+  if (!pipeline) return;
+  pipeline->silence();
+  begin([ended = std::move(pipeline)]() mutable { ended.reset(); }).wait_for(kPatience);
+}
+
 }  // namespace
 
 GstCaptureSession::GstCaptureSession(CameraCatalog& catalog) : catalog_(catalog) {}
 
 GstCaptureSession::~GstCaptureSession() {
   watcher_ = {};  // Before what it looks at.
-  closePipeline();
+  letGo(std::move(pipeline_));
 }
 
 void GstCaptureSession::setEvents(CaptureEvents events) {
@@ -102,31 +109,29 @@ Result<void> GstCaptureSession::run() {
   if (!camera_) return Error{"No camera is connected."};
   const Handle<GstCaps> format = formatFor(*camera_, preset_);
   if (!format) return Error{camera_->displayName() + " delivers no picture that can be read."};
-  const auto made = CameraPipeline::make(*camera_, format.get(),
-                                         std::make_shared<FrameDelivery>(*queue_, handler_));
+  auto made = CameraPipeline::make(*camera_, format.get(),
+                                   std::make_shared<FrameDelivery>(*queue_, handler_));
   if (!made) return made.error();
-  const auto played = within(kPatience, [pipeline = made.value()]() mutable {
-    return std::exchange(pipeline, nullptr)->play();
+  auto pipeline = std::move(made).value();
+  const auto played = within(kPatience, [playing = pipeline]() mutable {
+    return std::exchange(playing, nullptr)->play();
   });
   if (!played) {
-    made.value()->silence();
-    made.value()->interruptPlay();
+    pipeline->silence();
+    pipeline->interruptPlay();
+    letGo(std::move(pipeline));
     wasAccepted_ = true;
     return Error{camera_->displayName() + " does not answer."};
   }
-  if (!*played) return played->error();
-  pipeline_ = made.value();
+  if (!*played) {
+    letGo(std::move(pipeline));
+    return played->error();
+  }
+  pipeline_ = std::move(pipeline);
   framesSeen_ = 0;
   looks_ = 0;
   silentLooks_ = 0;
   return {};
-}
-
-// A pipeline that cannot be ended is left to its fate.
-void GstCaptureSession::closePipeline() {
-  if (!pipeline_) return;
-  pipeline_->silence();
-  begin([ended = std::move(pipeline_)]() mutable { ended.reset(); }).wait_for(kPatience);
 }
 
 void GstCaptureSession::watch(const std::stop_token& stop) {
@@ -171,7 +176,7 @@ std::optional<std::string> GstCaptureSession::trouble() {
 }
 
 void GstCaptureSession::end(Guard guard, const std::string& why) {
-  closePipeline();
+  letGo(std::move(pipeline_));
   camera_.reset();
   const bool wasAccepted = wasAccepted_;
   if (wasAccepted) returnWatch_.lose(catalog_.defaultCamera().has_value());

@@ -38,7 +38,6 @@ class GstCaptureSession final : public CaptureSession {
   using Guard = std::unique_lock<std::mutex>;
 
   Result<void> run();
-  void closePipeline();
   void watch(const std::stop_token& stop);
   void look();
   std::optional<std::string> trouble();

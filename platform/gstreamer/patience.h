@@ -23,7 +23,7 @@ std::future<std::invoke_result_t<Work&>> begin(Work work) {
   return result;
 }
 
-/// The result of such work; none when it takes longer than kPatience.
+/// The result of such work; none when it takes longer than `patience`.
 template <class Work>
 std::optional<std::invoke_result_t<Work&>> within(std::chrono::seconds patience, Work work) {
   auto result = begin(std::move(work));

@@ -1,21 +1,21 @@
 #include "platform/portal/camera_policy.h"
 
+#include <fcntl.h>
+#include <gio/gio.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <filesystem>
 #include <vector>
 
-#include "platform/portal/desktop_bus.h"
+#include "platform/portal/handle.h"
 
 namespace platform::portal {
 namespace {
 
-// Settings listen for changes over the process's shared connection, and by default that ends the
-// process when the bus ends. Kept, so that nobody gets another one.
-void surviveTheEndOfTheBus() {
-  static const Handle<GDBusConnection> shared(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
-  if (shared) g_dbus_connection_set_exit_on_close(shared.get(), FALSE);
+// As the user that we act as, unlike access().
+bool letsUsIn(const std::filesystem::path& device) {
+  return ::faccessat(AT_FDCWD, device.c_str(), R_OK | W_OK, AT_EACCESS) == 0;
 }
 
 }  // namespace
@@ -27,22 +27,18 @@ bool isCameraDisabledByDesktop() {
   const Handle<GSettingsSchema> schema(
       g_settings_schema_source_lookup(source, "org.gnome.desktop.privacy", TRUE));
   if (!schema || !g_settings_schema_has_key(schema.get(), "disable-camera")) return false;
-  surviveTheEndOfTheBus();
   const Handle<GSettings> settings(g_settings_new_full(schema.get(), nullptr, nullptr));
   return g_settings_get_boolean(settings.get(), "disable-camera");
 }
 
-CameraAuthorization deviceDecides() {
+CameraAuthorization deviceDecides(const std::filesystem::path& devices) {
   std::error_code ignored;
-  std::vector<std::filesystem::path> devices;
-  for (const auto& entry : std::filesystem::directory_iterator("/dev", ignored)) {
-    if (entry.path().filename().string().starts_with("video")) devices.push_back(entry.path());
+  std::vector<std::filesystem::path> cameras;
+  for (const auto& entry : std::filesystem::directory_iterator(devices, ignored)) {
+    if (entry.path().filename().string().starts_with("video")) cameras.push_back(entry.path());
   }
-  const bool barred =
-      !devices.empty() && std::none_of(devices.begin(), devices.end(), [](const auto& device) {
-        return ::access(device.c_str(), R_OK | W_OK) == 0;
-      });
-  return barred ? CameraAuthorization::denied : CameraAuthorization::authorized;
+  const bool isBarred = !cameras.empty() && std::none_of(cameras.begin(), cameras.end(), letsUsIn);
+  return isBarred ? CameraAuthorization::denied : CameraAuthorization::authorized;
 }
 
 }  // namespace platform::portal

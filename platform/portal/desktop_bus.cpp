@@ -1,28 +1,53 @@
 #include "platform/portal/desktop_bus.h"
 
 #include <algorithm>
-#include <string>
+#include <array>
+#include <span>
+#include <string_view>
+
+#include "platform/portal/deadline.h"
 
 namespace platform::portal {
 namespace {
 
-constexpr int kPatienceMilliseconds = 3000;
+constexpr std::array<std::string_view, 6> kAbsences{
+    "org.freedesktop.DBus.Error.ServiceUnknown",   "org.freedesktop.DBus.Error.NameHasNoOwner",
+    "org.freedesktop.DBus.Error.UnknownMethod",    "org.freedesktop.DBus.Error.UnknownObject",
+    "org.freedesktop.DBus.Error.UnknownInterface",
+    "org.freedesktop.DBus.Error.InvalidArgs",  // For the property of an interface that is unknown.
+};
+constexpr std::array<std::string_view, 4> kSilences{
+    "org.freedesktop.DBus.Error.NoReply", "org.freedesktop.DBus.Error.Timeout",
+    "org.freedesktop.DBus.Error.TimedOut", "org.freedesktop.DBus.Error.Disconnected"};
+
+bool isAmong(std::span<const std::string_view> names, std::string_view name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
 
 BusFailure failureOf(const GError* error) {
   const Handle<gchar> remote(g_dbus_error_get_remote_error(error));
-  const std::string name = remote ? remote.get() : "";
+  // Nobody has answered: it took too long, was cancelled, or the bus has ended.
+  if (!remote) return BusFailure::silent;
+  const std::string_view name = remote.get();
   if (name == "org.freedesktop.portal.Error.NotAllowed") return BusFailure::notAllowed;
-  for (const GDBusError absence :
-       {G_DBUS_ERROR_SERVICE_UNKNOWN, G_DBUS_ERROR_NAME_HAS_NO_OWNER, G_DBUS_ERROR_UNKNOWN_METHOD,
-        G_DBUS_ERROR_UNKNOWN_OBJECT, G_DBUS_ERROR_UNKNOWN_INTERFACE, G_DBUS_ERROR_INVALID_ARGS,
-        G_DBUS_ERROR_SPAWN_EXEC_FAILED, G_DBUS_ERROR_SPAWN_CHILD_EXITED,
-        G_DBUS_ERROR_SPAWN_SERVICE_NOT_FOUND, G_DBUS_ERROR_SPAWN_FILE_INVALID}) {
-    if (g_error_matches(error, G_DBUS_ERROR, absence)) return BusFailure::absent;
+  // The last two: there is a service of that name, but it cannot be started.
+  if (isAmong(kAbsences, name) || name.starts_with("org.freedesktop.DBus.Error.Spawn.") ||
+      name.starts_with("org.freedesktop.systemd1.")) {
+    return BusFailure::absent;
   }
-  const bool late = g_error_matches(error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) ||
-                    g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_NO_REPLY) ||
-                    g_error_matches(error, G_DBUS_ERROR, G_DBUS_ERROR_TIMED_OUT);
-  return late ? BusFailure::silent : BusFailure::refused;
+  return isAmong(kSilences, name) ? BusFailure::silent : BusFailure::refused;
+}
+
+// One of our own: the connection that a process shares ends it when the session's bus ends.
+Handle<GDBusConnection> newConnection(GCancellable* cancellable) {
+  const Handle<gchar> address(
+      g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, cancellable, nullptr));
+  if (!address) return nullptr;
+  const auto flags =
+      static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                        G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
+  return Handle<GDBusConnection>(
+      g_dbus_connection_new_for_address_sync(address.get(), flags, nullptr, cancellable, nullptr));
 }
 
 /// Waits in a loop of its own for the portal's answer to one request.
@@ -86,36 +111,33 @@ class ResponseWait {
 
 }  // namespace
 
-bool DesktopBus::connect() {
-  if (connection_) return true;
-  const Handle<gchar> address(
-      g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, cancellable_.get(), nullptr));
-  if (!address) return false;
-  // A connection of our own: the shared one ends the process when the session's bus ends.
-  connection_.reset(g_dbus_connection_new_for_address_sync(
-      address.get(),
-      static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                        G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-      nullptr, cancellable_.get(), nullptr));
-  return connection_ != nullptr;
+std::optional<BusFailure> DesktopBus::connect() {
+  if (connection_ && !g_dbus_connection_is_closed(connection_.get())) return std::nullopt;
+  const Deadline deadline(cancellable_.get(), patience_);
+  connection_ = newConnection(deadline.cancellable());
+  if (!connection_) return deadline.hasPassed() ? BusFailure::silent : BusFailure::absent;
+  if (!shared_) shared_.reset(g_bus_get_sync(G_BUS_TYPE_SESSION, deadline.cancellable(), nullptr));
+  if (shared_) g_dbus_connection_set_exit_on_close(shared_.get(), FALSE);
+  return std::nullopt;
 }
 
 BusAnswer DesktopBus::call(const BusMethod& method, GVariant* arguments) {
   const Handle<GVariant> owned(g_variant_ref_sink(arguments));
-  if (!connect()) return {.value = nullptr, .failure = BusFailure::absent};
+  if (const auto failure = connect()) return {.value = nullptr, .failure = *failure};
   GError* error = nullptr;
-  Handle<GVariant> value(g_dbus_connection_call_sync(
-      connection_.get(), method.service, method.path, method.interface, method.name, owned.get(),
-      nullptr, G_DBUS_CALL_FLAGS_NONE, kPatienceMilliseconds, cancellable_.get(), &error));
+  Handle<GVariant> value(
+      g_dbus_connection_call_sync(connection_.get(), method.service, method.path, method.interface,
+                                  method.name, owned.get(), nullptr, G_DBUS_CALL_FLAGS_NONE,
+                                  static_cast<int>(patience_.count()), cancellable_.get(), &error));
   if (value) return {.value = std::move(value)};
   const Handle<GError> ownedError(error);
-  return {.value = nullptr, .failure = failureOf(error)};
+  return {.value = nullptr, .failure = failureOf(error), .message = error->message};
 }
 
 // The request's path follows from our name on the bus and a token that we choose, so that its
 // answer cannot come before we listen.
 DesktopBus::Response DesktopBus::askPerson(const BusMethod& method) {
-  if (!connect()) return {.code = std::nullopt, .failure = BusFailure::absent};
+  if (const auto failure = connect()) return {.code = std::nullopt, .failure = *failure};
   std::string sender = g_dbus_connection_get_unique_name(connection_.get()) + 1;
   std::replace(sender.begin(), sender.end(), '.', '_');
   const std::string token = "wavescribe" + std::to_string(g_random_int());

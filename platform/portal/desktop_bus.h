@@ -3,34 +3,17 @@
 #include <gio/gio.h>
 
 #include <chrono>
-#include <memory>
 #include <optional>
 #include <string>
 
-#include "platform/result.h"
+#include "platform/portal/handle.h"
 
 namespace platform::portal {
-
-struct Unref {
-  void operator()(GDBusConnection* connection) const { g_object_unref(connection); }
-  void operator()(GCancellable* cancellable) const { g_object_unref(cancellable); }
-  void operator()(GSettings* settings) const { g_object_unref(settings); }
-  void operator()(GVariant* variant) const { g_variant_unref(variant); }
-  void operator()(GError* error) const { g_error_free(error); }
-  void operator()(GMainContext* context) const { g_main_context_unref(context); }
-  void operator()(GMainLoop* loop) const { g_main_loop_unref(loop); }
-  void operator()(GSource* source) const { g_source_unref(source); }
-  void operator()(GSettingsSchema* schema) const { g_settings_schema_unref(schema); }
-  void operator()(gchar* text) const { g_free(text); }
-};
-/// Owns one reference to an object of GLib.
-template <class T>
-using Handle = std::unique_ptr<T, Unref>;
 
 /// Why a call brought no answer.
 enum class BusFailure {
   absent,      ///< Nobody is there who could answer.
-  silent,      ///< Somebody is, but did not answer in time.
+  silent,      ///< Somebody is, but did not answer in time, or ended meanwhile.
   notAllowed,  ///< A policy forbids it.
   refused,     ///< Any other error.
 };
@@ -39,6 +22,7 @@ enum class BusFailure {
 struct BusAnswer {
   Handle<GVariant> value;
   BusFailure failure = BusFailure::refused;  ///< Only without a value.
+  std::string message = {};                  ///< What was said about the failure.
 
   explicit operator bool() const { return value != nullptr; }
 };
@@ -54,9 +38,15 @@ struct BusMethod {
 /// The session's D-Bus, asked with a patience that ends. One thread at a time; cancel() from any.
 class DesktopBus {
  public:
-  DesktopBus() : cancellable_(g_cancellable_new()) {}
+  /// `patience`: how long each call may take, and connecting.
+  explicit DesktopBus(std::chrono::milliseconds patience = std::chrono::seconds(3))
+      : patience_(patience), cancellable_(g_cancellable_new()) {}
 
-  /// Waits for the answer at most a few seconds. `arguments` is floating.
+  /// Connects, unless that has been done and the bus has lived since; calls do so themselves. The
+  /// failure, if any: absent, or silent for a bus that hangs.
+  std::optional<BusFailure> connect();
+
+  /// Waits for the answer. `arguments` is floating.
   BusAnswer call(const BusMethod& method, GVariant* arguments);
 
   /// Calls a method of the portal whose answer comes later, when the person has given it, and waits
@@ -64,7 +54,7 @@ class DesktopBus {
   /// code: 0 stands for yes.
   struct Response {
     std::optional<guint32> code;
-    BusFailure failure = BusFailure::refused;  ///< Only without a code.
+    BusFailure failure = BusFailure::silent;  ///< Only without a code.
   };
   Response askPerson(const BusMethod& method);
 
@@ -72,10 +62,12 @@ class DesktopBus {
   void cancel() { g_cancellable_cancel(cancellable_.get()); }
 
  private:
-  bool connect();
-
+  const std::chrono::milliseconds patience_;
   const Handle<GCancellable> cancellable_;
   Handle<GDBusConnection> connection_;  // Null until it is needed.
+  // The one that the process shares, over which settings listen for changes. Kept for having been
+  // told not to end the process with the bus.
+  Handle<GDBusConnection> shared_;
 };
 
 }  // namespace platform::portal

@@ -1,8 +1,10 @@
 #include "platform/portal/desktop_settings_page.h"
 
 #include <glib.h>
+#include <pthread.h>
 
 #include <array>
+#include <csignal>
 #include <cstdlib>
 #include <string_view>
 
@@ -14,7 +16,9 @@ struct Page {
   std::array<const char*, 3> command;  ///< Unused places are null.
 };
 
-// The first opens whose desktop runs and whose program is installed.
+// The first opens whose desktop runs and whose program is installed. KDE has no page for cameras:
+// Plasma 6 lists what applications may do under that name, 5.27 does not know it and should open
+// its settings at their start. Neither was tried on a KDE desktop.
 constexpr std::array kPages{
     Page{"GNOME", {"gnome-control-center", "camera", nullptr}},
     Page{"Unity", {"gnome-control-center", "camera", nullptr}},
@@ -40,6 +44,13 @@ bool isInstalled(const char* program) {
   return path != nullptr;
 }
 
+/// In the new process: it is not to inherit the signals that we have blocked for ourselves.
+void unblockSignals(void*) {
+  sigset_t none;
+  sigemptyset(&none);
+  pthread_sigmask(SIG_SETMASK, &none, nullptr);
+}
+
 }  // namespace
 
 void DesktopSettingsPage::openCameraPrivacy() {
@@ -49,7 +60,7 @@ void DesktopSettingsPage::openCameraPrivacy() {
     for (std::size_t i = 0; i < page.command.size(); ++i) {
       arguments[i] = const_cast<gchar*>(page.command[i]);
     }
-    g_spawn_async(nullptr, arguments.data(), nullptr, G_SPAWN_SEARCH_PATH, nullptr, nullptr,
+    g_spawn_async(nullptr, arguments.data(), nullptr, G_SPAWN_SEARCH_PATH, &unblockSignals, nullptr,
                   nullptr, nullptr);
     return;
   }

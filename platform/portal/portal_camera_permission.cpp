@@ -1,6 +1,7 @@
 #include "platform/portal/portal_camera_permission.h"
 
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "platform/portal/application_id.h"
@@ -19,12 +20,19 @@ constexpr BusMethod kLookUp{"org.freedesktop.impl.portal.PermissionStore",
                             "org.freedesktop.impl.portal.PermissionStore", "Lookup"};
 constexpr BusMethod kProperty{kPortal, kPortalPath, "org.freedesktop.DBus.Properties", "Get"};
 constexpr BusMethod kAccessCamera{kPortal, kPortalPath, kCamera, "AccessCamera"};
+constexpr BusMethod kOpenRemote{kPortal, kPortalPath, kCamera, "OpenPipeWireRemote"};
+
+// What the portal says when it does not open the camera, because of a policy or for want of a yes.
+constexpr std::string_view kBarred = "Camera access disabled";
+constexpr std::string_view kNoYes = "Permission denied";
 
 }  // namespace
 
-PortalCameraPermission::PortalCameraPermission(SerialQueueFactory& queues, MainQueue& mainQueue)
+PortalCameraPermission::PortalCameraPermission(SerialQueueFactory& queues, MainQueue& mainQueue,
+                                               PortalSetting setting)
     : mainQueue_(mainQueue),
-      bus_(std::make_unique<DesktopBus>()),
+      setting_(std::move(setting)),
+      bus_(std::make_unique<DesktopBus>(setting_.patience)),
       queue_(queues.make("wavescribe.permission")) {}
 
 PortalCameraPermission::~PortalCameraPermission() {
@@ -36,7 +44,9 @@ void PortalCameraPermission::read(std::function<void(CameraAuthorization)> answe
 }
 
 void PortalCameraPermission::request(std::function<void(bool)> answer) {
-  queue_->post([this, answer = std::move(answer)] { tell(answer, ask()); });
+  queue_->post([this, answer = std::move(answer)] {
+    if (const auto granted = ask()) tell(answer, *granted);
+  });
 }
 
 template <class Value>
@@ -46,33 +56,47 @@ void PortalCameraPermission::tell(std::function<void(Value)> answer, Value value
   });
 }
 
+// To open the camera asks nobody. The portal checks its policy first, which it does not show
+// otherwise, and then for a yes.
 CameraAuthorization PortalCameraPermission::lookUp() {
-  if (isForbidden_ || isCameraDisabledByDesktop()) return CameraAuthorization::restricted;
-  switch (storedAnswer()) {
+  if (bus_->connect() == BusFailure::silent) return CameraAuthorization::notDetermined;
+  if (isCameraDisabledByDesktop()) return CameraAuthorization::restricted;
+  const Stored stored = storedAnswer();
+  const BusAnswer opened = bus_->call(kOpenRemote, g_variant_new("(a{sv})", nullptr));
+  if (opened) return CameraAuthorization::authorized;
+  const bool isNotAllowed = opened.failure == BusFailure::notAllowed;
+  if (isNotAllowed && opened.message.ends_with(kBarred)) return CameraAuthorization::restricted;
+  switch (stored) {
     case Stored::yes:
-      return CameraAuthorization::authorized;
+      if (!isNotAllowed) return CameraAuthorization::authorized;
+      // Either it takes us for somebody else, or it words its policy in a new way.
+      return opened.message.ends_with(kNoYes) ? CameraAuthorization::notDetermined
+                                              : CameraAuthorization::restricted;
     case Stored::no:
       return CameraAuthorization::denied;
     case Stored::nothing:
       break;
   }
-  // A portal that is silent may answer once the person asks for the camera.
-  return cameraService() == Service::absent ? deviceDecides() : CameraAuthorization::notDetermined;
+  // A portal that is there may answer once the person asks for the camera.
+  return opened.failure == BusFailure::absent ? deviceDecides(setting_.devices)
+                                              : CameraAuthorization::notDetermined;
 }
 
-bool PortalCameraPermission::ask() {
+std::optional<bool> PortalCameraPermission::ask() {
+  if (bus_->connect() == BusFailure::silent) return std::nullopt;
   if (isCameraDisabledByDesktop()) return false;
-  switch (cameraService()) {
-    case Service::absent:
-      return deviceDecides() == CameraAuthorization::authorized;
-    case Service::silent:
-      return false;
-    case Service::present:
-      break;
+  // Without an interface for the camera there is nobody who could ask the person.
+  const BusAnswer version = bus_->call(kProperty, g_variant_new("(ss)", kCamera, "version"));
+  if (!version && version.failure == BusFailure::absent) {
+    return deviceDecides(setting_.devices) == CameraAuthorization::authorized;
   }
-  const DesktopBus::Response response = bus_->askPerson(kAccessCamera);
-  isForbidden_ = !response.code && response.failure == BusFailure::notAllowed;
-  return response.code == 0u;
+  BusFailure failure = version.failure;
+  if (version) {
+    const DesktopBus::Response response = bus_->askPerson(kAccessCamera);
+    if (response.code) return *response.code == 0;
+    failure = response.failure;
+  }
+  return failure == BusFailure::silent ? std::nullopt : std::optional(false);
 }
 
 PortalCameraPermission::Stored PortalCameraPermission::storedAnswer() {
@@ -81,19 +105,17 @@ PortalCameraPermission::Stored PortalCameraPermission::storedAnswer() {
     return Stored::nothing;
   }
   const Handle<GVariant> permissions(g_variant_get_child_value(answer.value.get(), 0));
-  const Handle<GVariant> ours(g_variant_lookup_value(permissions.get(), applicationId().c_str(),
-                                                     G_VARIANT_TYPE_STRING_ARRAY));
-  if (!ours || g_variant_n_children(ours.get()) == 0) return Stored::nothing;
-  const gchar* first = nullptr;
-  g_variant_get_child(ours.get(), 0, "&s", &first);
-  const std::string word = first;
-  return word == "yes" ? Stored::yes : word == "no" ? Stored::no : Stored::nothing;
-}
-
-PortalCameraPermission::Service PortalCameraPermission::cameraService() {
-  const BusAnswer version = bus_->call(kProperty, g_variant_new("(ss)", kCamera, "version"));
-  if (version) return Service::present;
-  return version.failure == BusFailure::silent ? Service::silent : Service::absent;
+  for (const std::string& id : readApplicationIds(setting_.cgroup)) {
+    const Handle<GVariant> ours(
+        g_variant_lookup_value(permissions.get(), id.c_str(), G_VARIANT_TYPE_STRING_ARRAY));
+    if (!ours || g_variant_n_children(ours.get()) == 0) continue;
+    const gchar* word = nullptr;
+    g_variant_get_child(ours.get(), 0, "&s", &word);
+    return g_str_equal(word, "yes")  ? Stored::yes
+           : g_str_equal(word, "no") ? Stored::no
+                                     : Stored::nothing;
+  }
+  return Stored::nothing;
 }
 
 }  // namespace platform::portal

@@ -87,20 +87,6 @@ TEST_F(MainWindowTest, CtrlSOpensTheSaveChoice) {
   EXPECT_TRUE(model.showSaveChoice());
 }
 
-TEST_F(MainWindowTest, CtrlRStartsARecordingAndStopsIt) {
-  QAction* record = menu("Painting")->actions()[1];
-  EXPECT_EQ(record->shortcut(), QKeySequence("Ctrl+R"));
-  machine.savePanel.willAnswer("/films/a.mp4");
-
-  key(Qt::Key_R, Qt::ControlModifier);
-  EXPECT_TRUE(model.isRecording());
-  EXPECT_EQ(record->text().remove('&'), "Stop Recording");
-
-  key(Qt::Key_R, Qt::ControlModifier);
-  EXPECT_FALSE(model.isRecording());
-  EXPECT_EQ(record->text().remove('&'), "Record Video…");
-}
-
 TEST_F(MainWindowTest, BothClearShortcutsOnlyAsk) {
   draw();
   for (const Qt::Key last : {Qt::Key_Backspace, Qt::Key_Delete}) {

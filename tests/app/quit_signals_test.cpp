@@ -11,7 +11,8 @@ namespace {
 
 TEST(QuitSignals, EndTheEventLoopInsteadOfTheProgram) {
   for (const int signal : {SIGTERM, SIGHUP, SIGINT}) {
-    const QuitSignals quitSignals;
+    QuitSignals quitSignals;
+    quitSignals.listen();
     QTimer::singleShot(0, [signal] { std::raise(signal); });
 
     EXPECT_EQ(QCoreApplication::exec(), 0);

@@ -37,6 +37,19 @@ class RecordingInTheWindow : public testing::Test {
     ASSERT_TRUE(model.isRecording());
   }
 
+  void failToStart() {
+    script.makingFails = platform::Error{"Permission denied"};
+    machine.savePanel.willAnswer("/videos/a.mp4");
+    pressCtrlR();
+    script.makingFails = std::nullopt;
+  }
+  void finishSoon() {
+    QTimer::singleShot(50, &window, [this] {
+      script.finish();
+      machine.mainQueue.drain();
+    });
+  }
+
   support::FakePlatform machine;
   support::VideoWriterScript& script = machine.videoWriters.script;
   model::AppModel model{machine.services()};
@@ -91,10 +104,7 @@ TEST_F(RecordingInTheWindow, TheProgramEndsWhenTheVideoIsFinished) {
   script.finishesAtOnce = false;
   startRecording();
   window.close();
-  QTimer::singleShot(100, &window, [this] {
-    script.finish();
-    machine.mainQueue.drain();
-  });
+  finishSoon();
 
   QApplication::exec();
 
@@ -125,21 +135,42 @@ TEST_F(RecordingInTheWindow, ARecordingThatHasFailedKeepsTheWindowOpenToTell) {
 }
 
 TEST_F(RecordingInTheWindow, AnOldErrorDoesNotKeepTheWindowOpen) {
-  script.makingFails = platform::Error{"Permission denied"};
-  machine.savePanel.willAnswer("/videos/a.mp4");
-  pressCtrlR();
-  script.makingFails = std::nullopt;
+  failToStart();
   script.finishesAtOnce = false;
   startRecording();
   window.close();
-  QTimer::singleShot(0, &window, [this] {
-    script.finish();
-    machine.mainQueue.drain();
-  });
+  finishSoon();
 
   QApplication::exec();
 
   EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(RecordingInTheWindow, NorDoesAnErrorFromBeforeAVideoThatIsStillFinished) {
+  script.finishesAtOnce = false;
+  startRecording();
+  pressCtrlR();
+  failToStart();
+  script.status = Status::writing;
+  ASSERT_TRUE(model.errorMessage());
+  window.close();
+  finishSoon();
+
+  QApplication::exec();
+
+  EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(RecordingInTheWindow, TheEndOfTheSessionWaitsForTheVideo) {
+  script.finishesAtOnce = false;
+  startRecording();
+  finishSoon();
+
+  window.finishRecording();
+
+  EXPECT_FALSE(model.isRecording());
+  EXPECT_FALSE(model.isFinishingRecording());
+  EXPECT_TRUE(window.isVisible());
 }
 
 }  // namespace

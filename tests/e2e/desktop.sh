@@ -5,6 +5,7 @@
 
 out=
 window= # The program's.
+display_pid= # The X server's.
 found_window=
 canvas_x=0 canvas_y=0 canvas_width=0 canvas_height=0 # On the screen.
 pids=()
@@ -44,7 +45,8 @@ start_desktop() {
   mkdir -p "$HOME/.cache"
   mkfifo "$number"
   Xvfb -displayfd 3 -screen 0 "$1x24" -nolisten tcp 3>"$number" 2>/dev/null &
-  pids+=($!)
+  display_pid=$!
+  pids+=("$display_pid")
   DISPLAY=:$(timeout 60 head -n 1 "$number") || fail "the X server does not start"
   export DISPLAY
   openbox 2>/dev/null &

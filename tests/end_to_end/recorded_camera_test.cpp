@@ -15,6 +15,7 @@
 #include "strokes/palette.h"
 #include "tests/platform/ffmpeg/recorded_video.h"
 #include "tests/support/fake_platform.h"
+#include "tests/support/scoped_disk_limit.h"
 #include "tests/support/temporary_folder.h"
 
 namespace {
@@ -98,6 +99,26 @@ TEST_F(RecordedCamera, IsInTheVideoMirroredAndUprightAndDimmedInItsColours) {
   expectColor(video, 0.75, 0.25, kRed, light);
   expectColor(video, 0.25, 0.75, kWhite, light);
   expectColor(video, 0.75, 0.75, kBlue, light);
+}
+
+TEST_F(RecordedCamera, StopsOnAFullDiskAndSaysWhyAndWhatWasWrittenPlays) {
+  const std::filesystem::path path = folder / "a.mp4";
+  machine.savePanel.willAnswer(path);
+  const support::ScopedDiskLimit full(20'000);
+  model.toggleRecording();
+  ASSERT_TRUE(model.isRecording());
+
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+  while (model.isRecording() && std::chrono::steady_clock::now() < deadline) {
+    machine.clock.advance(1.0 / 30);
+    machine.timers.fire();
+  }
+
+  EXPECT_EQ(model.errorMessage(), "Recording stopped because of an error.");
+  EXPECT_THAT(model.errorDetails().value_or(""), testing::EndsWith("File too large"));
+  const RecordedVideo video = support::readVideo(path);
+  EXPECT_EQ(video.error, "");
+  EXPECT_THAT(video.frames, testing::Not(testing::IsEmpty()));
 }
 
 TEST_F(RecordedCamera, LiesUnderTheStrokes) {

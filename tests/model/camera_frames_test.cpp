@@ -45,6 +45,18 @@ class CameraFramesTest : public testing::Test {
     machine.mainQueue.drain();
   }
 
+  void expectToRunAgainWhenTheCameraReturns() {
+    machine.capture.comeBack();
+    settle();
+    machine.cameraPermission.answerRead(CameraAuthorization::authorized);
+    settle();
+    deliver(greyFrame(640, 480));
+
+    EXPECT_EQ(model.cameraState().kind, Kind::running);
+    EXPECT_EQ(model.errorMessage(), std::nullopt);
+    EXPECT_EQ(picture()->width(), 640);
+  }
+
   std::optional<pixels::Image> picture() const {
     return model.makeScene(render::CanvasBackground::camera, false).frame;
   }
@@ -185,15 +197,7 @@ TEST_F(CameraFramesTest, ACameraThatDeliversNothingAtFirstIsToldAndTriedAgain) {
   settle();
   EXPECT_EQ(model.cameraState(), CameraState::failed("The camera stopped."));
 
-  machine.capture.comeBack();
-  settle();
-  machine.cameraPermission.answerRead(CameraAuthorization::authorized);
-  settle();
-  deliver(greyFrame(640, 480));
-
-  EXPECT_EQ(model.cameraState().kind, Kind::running);
-  EXPECT_EQ(model.errorMessage(), std::nullopt);
-  EXPECT_EQ(picture()->width(), 640);
+  expectToRunAgainWhenTheCameraReturns();
 }
 
 TEST_F(CameraFramesTest, ACameraThatComesBackRunsAgainWithoutAClick) {
@@ -201,15 +205,7 @@ TEST_F(CameraFramesTest, ACameraThatComesBackRunsAgainWithoutAClick) {
   machine.capture.vanish("It was unplugged.");
   settle();
 
-  machine.capture.comeBack();
-  settle();
-  machine.cameraPermission.answerRead(CameraAuthorization::authorized);
-  settle();
-  deliver(greyFrame(640, 480));
-
-  EXPECT_EQ(model.cameraState().kind, Kind::running);
-  EXPECT_EQ(model.errorMessage(), std::nullopt);
-  EXPECT_EQ(picture()->width(), 640);
+  expectToRunAgainWhenTheCameraReturns();
 }
 
 TEST_F(CameraFramesTest, ACameraThatComesBackIsNotUsedWhenItIsForbiddenByNow) {

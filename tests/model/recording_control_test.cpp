@@ -8,6 +8,7 @@
 #include <string>
 
 #include "model/app_model.h"
+#include "render/canvas_renderer.h"
 #include "tests/support/fake_platform.h"
 #include "tests/support/observer_log.h"
 #include "tests/support/pictures.h"
@@ -39,6 +40,16 @@ class RecordingControl : public testing::Test {
   void recordFrame() {
     machine.clock.advance(0.05);
     machine.timers.fire();
+  }
+  /// All through the middle.
+  void paintStrokes(int count) {
+    for (int i = 0; i < count; ++i) {
+      const double y = static_cast<double>(i) / count;
+      model->mouseDown(0.1, y);
+      for (int step = 1; step <= 8; ++step)
+        model->mouseDragged(0.1 + 0.1 * step, y + (1 - 2 * y) * step / 8);
+      model->mouseUp();
+    }
   }
   void failWriter(const std::string& reason) {
     script.status = Status::failed;
@@ -193,6 +204,29 @@ TEST_F(RecordingControl, TheVideoShowsTheCursor) {
   EXPECT_NE(script.frames.back().picture, withoutCursor);
 }
 
+TEST_F(RecordingControl, AVideoShowsALargePaintingFromTheFirstFrameOn) {
+  paintStrokes(150);
+  startRecording();
+
+  recordFrame();
+
+  const pixels::Surface& frame = script.frames.back().picture;
+  EXPECT_EQ(frame, render::CanvasRenderer::makeImage(
+                       model->makeScene(CanvasBackground::black, true),
+                       {static_cast<double>(frame.width()), static_cast<double>(frame.height())}));
+}
+
+TEST_F(RecordingControl, AVideoNeverLosesThePaintingWhileItIsBuiltUpAnew) {
+  paintStrokes(150);
+  startRecording();
+  recordFrame();
+
+  model->setGlow(false);
+  recordFrame();
+
+  EXPECT_NE(recordedAt(0.5, 0.5), kBlack);
+}
+
 TEST_F(RecordingControl, CountsWholeSecondsWhileItRuns) {
   startRecording();
   machine.clock.advance(2.9);
@@ -289,6 +323,19 @@ TEST_F(RecordingControl, AfterAFailureTheNextRecordingStarts) {
   startRecording();
 
   EXPECT_TRUE(model->isRecording());
+}
+
+TEST_F(RecordingControl, ClosingRecordingsFinishesTheVideoWithoutAWord) {
+  startRecording();
+  recordFrame();
+  script.finishesAtOnce = false;
+
+  model->closeRecordings();
+
+  EXPECT_EQ(script.steps.back(), "finishWriting");
+  EXPECT_EQ(script.ended, 1);
+  EXPECT_FALSE(model->isFinishingRecording());
+  EXPECT_EQ(model->errorMessage(), std::nullopt);
 }
 
 TEST_F(RecordingControl, TheEndOfTheModelEndsTheWriter) {

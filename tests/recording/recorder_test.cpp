@@ -1,76 +1,13 @@
-#include "recording/recorder.h"
+#include "tests/recording/recorder_fixture.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <array>
-#include <memory>
-#include <optional>
-#include <string>
-#include <vector>
-
-#include "tests/support/fake_clock.h"
-#include "tests/support/fake_main_queue.h"
-#include "tests/support/fake_timer_factory.h"
-#include "tests/support/fake_video_writer.h"
-
+namespace recording {
 namespace {
 
 using platform::Error;
 using platform::MediaTime;
-using Status = platform::VideoWriter::Status;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using Pixel = std::array<int, 4>;
-
-constexpr Pixel kBlack{0, 0, 0, 255};
-
-/// A recorder on a machine of fakes, and what it has said.
-struct RecorderTest : testing::Test {
-  support::FakeClock clock;
-  support::FakeTimerFactory timers;
-  support::FakeMainQueue mainQueue;
-  support::FakeVideoWriterFactory writers;
-  support::VideoWriterScript& script = writers.script;
-  std::optional<recording::Recorder> recorder{std::in_place, clock, timers, mainQueue, writers};
-  std::vector<std::string> failures;
-  std::vector<std::string> stops;
-  int rendered = 0;
-
-  RecorderTest() {
-    recorder->setOnFailure([this](const std::string& message) { failures.push_back(message); });
-  }
-
-  platform::Result<void> start(recording::RenderFrame render = nullptr) {
-    if (!render) {
-      render = [this](const pixels::DrawingContext&, pixels::Size) { ++rendered; };
-    }
-    return recorder->start("/videos/a.mp4", 4, 2, 30, std::move(render));
-  }
-  void startWell() { ASSERT_TRUE(start().ok()); }
-
-  void tickAfter(double seconds) {
-    clock.advance(seconds);
-    timers.fire();
-  }
-
-  void stop() {
-    recorder->stop([this](const platform::Result<std::filesystem::path>& result) {
-      stops.push_back(result ? result.value().string() : result.error().description);
-    });
-  }
-
-  std::vector<std::int64_t> times() const {
-    std::vector<std::int64_t> values;
-    for (const auto& frame : script.frames) values.push_back(frame.time.value);
-    return values;
-  }
-
-  Pixel pixelOfFrame(std::size_t index, int x, int y) const {
-    const std::uint8_t* p = script.frames.at(index).picture.row(y) + 4 * x;
-    return {p[0], p[1], p[2], p[3]};
-  }
-};
+using Status = platform::VideoWriter::Status;
 
 TEST_F(RecorderTest, StartsTheWriterStepByStepAndTheSessionAtZero) {
   startWell();
@@ -124,136 +61,25 @@ TEST_F(RecorderTest, AFailedStartLeavesTheRecorderIdle) {
 }
 
 TEST_F(RecorderTest, AFailedStartLeavesARunningRecordingAsItWas) {
-  startWell();
-  tickAfter(0.0501);
-  const auto before = times();
-  script.makingFails = Error{"Permission denied"};
-  EXPECT_FALSE(start().ok());
+  using Script = support::VideoWriterScript;
+  const Script fine = script;
+  for (const auto& spoil :
+       {+[](Script& s) { s.makingFails = Error{"Permission denied"}; },
+        +[](Script& s) { s.acceptsInput = false; }, +[](Script& s) { s.starts = false; }}) {
+    script = fine;
+    startWell();
+    tickAfter(0.0501);
+    const Script running = script;
+    spoil(script);
+    EXPECT_FALSE(start().ok());
+    script = running;  // All writers share it; that of the running recording has not changed.
 
-  tickAfter(0.05);
+    tickAfter(0.05);
 
-  EXPECT_THAT(before, ElementsAre(30));
-  EXPECT_THAT(times(), ElementsAre(30, 60));
-}
-
-TEST_F(RecorderTest, TheFirstFrameCarriesTheTimeSinceTheStart) {
-  startWell();
-
-  tickAfter(0.0335);
-
-  EXPECT_THAT(times(), ElementsAre(20));
-}
-
-TEST_F(RecorderTest, TimesFollowTheClockAndNotTheNumberOfTicks) {
-  startWell();
-
-  tickAfter(0.1001);
-  tickAfter(1.5);
-  tickAfter(0.05);
-
-  EXPECT_THAT(times(), ElementsAre(60, 960, 990));
-}
-
-TEST_F(RecorderTest, TwoTicksWithinOneUnitOfTimeYieldOneFrame) {
-  startWell();
-
-  tickAfter(0.0501);
-  tickAfter(0.0005);
-
-  EXPECT_THAT(times(), ElementsAre(30));
-  EXPECT_EQ(rendered, 1);
-}
-
-TEST_F(RecorderTest, AFirstFrameAtTimeZeroIsTaken) {
-  startWell();
-
-  tickAfter(0);
-
-  EXPECT_THAT(times(), ElementsAre(0));
-}
-
-TEST_F(RecorderTest, ASecondRecordingStartsAgainAtZero) {
-  startWell();
-  tickAfter(10.0001);
-  stop();
-  startWell();
-
-  tickAfter(0.0501);
-
-  EXPECT_THAT(times(), ElementsAre(30));
-}
-
-TEST_F(RecorderTest, WhatIsNotPaintedIsBlack) {
-  ASSERT_TRUE(start([](const pixels::DrawingContext& context, pixels::Size) {
-                context.pixels.row(0)[4] = 200;  // One pixel, second of the first row.
-              }).ok());
-
-  tickAfter(0.05);
-
-  EXPECT_EQ(pixelOfFrame(0, 0, 0), kBlack);
-  EXPECT_EQ(pixelOfFrame(0, 1, 0), (Pixel{200, 0, 0, 255}));
-  EXPECT_EQ(pixelOfFrame(0, 3, 1), kBlack);
-}
-
-TEST_F(RecorderTest, TheRenderClosureGetsTheWholeFrame) {
-  pixels::Size size;
-  pixels::DrawingContext context;
-  ASSERT_TRUE(start([&](const pixels::DrawingContext& c, pixels::Size s) {
-                context = c;
-                size = s;
-              }).ok());
-
-  tickAfter(0.05);
-
-  EXPECT_EQ(size, (pixels::Size{4, 2}));
-  EXPECT_EQ(context.pixels.width, 4);
-  EXPECT_EQ(context.pixels.height, 2);
-  EXPECT_EQ(context.deviceScale, 1);
-}
-
-TEST_F(RecorderTest, ATickIsDroppedSilentlyWhileTheWriterIsNotReady) {
-  startWell();
-  script.ready = false;
-  tickAfter(0.05);
-  script.ready = true;
-
-  tickAfter(0.0501);
-
-  EXPECT_THAT(times(), ElementsAre(60));
-  EXPECT_EQ(rendered, 1);
-  EXPECT_THAT(failures, IsEmpty());
-}
-
-TEST_F(RecorderTest, ATickIsDroppedSilentlyWhileTheWriterIsNotWriting) {
-  startWell();
-  script.status = Status::unknown;
-
-  tickAfter(0.05);
-
-  EXPECT_EQ(rendered, 0);
-  EXPECT_THAT(failures, IsEmpty());
-}
-
-TEST_F(RecorderTest, ATickIsDroppedSilentlyWithoutABuffer) {
-  startWell();
-  script.hasBuffers = false;
-
-  tickAfter(0.05);
-
-  EXPECT_EQ(rendered, 0);
-  EXPECT_THAT(failures, IsEmpty());
-}
-
-TEST_F(RecorderTest, AFrameThatWasNotTakenLeavesItsTimeToTheNext) {
-  startWell();
-  script.appends = false;
-  tickAfter(0.0501);
-  script.appends = true;
-
-  tickAfter(0);
-
-  EXPECT_THAT(times(), ElementsAre(30));
-  EXPECT_THAT(failures, IsEmpty());
+    EXPECT_THAT(times(), ElementsAre(30, 60));
+    stop();
+    mainQueue.drain();
+  }
 }
 
 TEST_F(RecorderTest, AFailedWriterIsReportedOnceAndNoTicksFollow) {
@@ -412,6 +238,20 @@ TEST_F(RecorderTest, ARecordingMayStartWhileTheLastOneIsStillBeingFinished) {
   EXPECT_EQ(script.ended, 1);
 }
 
+TEST_F(RecorderTest, WhoWaitsForTheFinishedFileHearsOfNoEnd) {
+  startWell();
+  script.finishesAtOnce = false;
+  stop();
+
+  recorder->waitUntilFinished();
+
+  EXPECT_EQ(script.ended, 1);
+  EXPECT_FALSE(recorder->isFinishing());
+  script.finish();
+  mainQueue.drain();
+  EXPECT_THAT(stops, IsEmpty());
+}
+
 TEST_F(RecorderTest, ItsEndEndsTheTicksAndTheWriter) {
   startWell();
 
@@ -434,3 +274,4 @@ TEST_F(RecorderTest, AFinishThatEndsAfterTheRecorderIsHeardByNobody) {
 }
 
 }  // namespace
+}  // namespace recording

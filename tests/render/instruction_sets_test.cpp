@@ -24,8 +24,12 @@ RenderScene everything() {
   return scene;
 }
 
-TEST(CanvasRenderer, ThePictureIsTheSameOnEveryInstructionSet) {
-  const RenderScene scene = everything();
+/// With and without glow: thin lines differ most without.
+class InstructionSets : public testing::TestWithParam<bool> {};
+
+TEST_P(InstructionSets, AllDrawTheSamePicture) {
+  RenderScene scene = everything();
+  scene.glow = GetParam();
   const auto expected = CanvasRenderer::makeImage(scene, {301, 203});
   ASSERT_TRUE(expected);
   int tried = 0;
@@ -42,6 +46,8 @@ TEST(CanvasRenderer, ThePictureIsTheSameOnEveryInstructionSet) {
   }
   EXPECT_GE(tried, 1);
 }
+
+INSTANTIATE_TEST_SUITE_P(Glow, InstructionSets, testing::Bool());
 
 }  // namespace
 }  // namespace render

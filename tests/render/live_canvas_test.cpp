@@ -155,6 +155,37 @@ TEST(LiveCanvas, ALargePaintingIsBuiltUpOverSeveralFramesBehindTheLastPicture) {
   EXPECT_TRUE(shown.equals(sceneOf(store)));
 }
 
+/// More than one thread is begun for.
+strokes::StrokeStore manyStrokes() {
+  strokes::StrokeStore store;
+  for (int i = 0; i < 150; ++i) paintStroke(store, 0.05 + 0.006 * i);
+  return store;
+}
+
+TEST(LiveCanvas, ThreadsThatShareTheWorkChangeNothing) {
+  const RenderScene scene = sceneOf(manyStrokes());
+  Shown shown(700, 455);
+
+  while (!shown.draw(scene).isComplete) {
+  }
+
+  EXPECT_TRUE(shown.equals(scene));
+}
+
+TEST(LiveCanvas, ManyStrokesThatFadeTogetherAreRightInEveryFrame) {
+  RenderScene scene = sceneOf(manyStrokes());
+  scene.fadeEnabled = true;
+  scene.fadeSeconds = 2;
+  Shown shown(700, 455);
+  for (int frame = 0; frame < 12; ++frame) {
+    scene.now = 1.2 + 0.15 * frame;
+    while (!shown.draw(scene).isComplete) {
+    }
+
+    EXPECT_TRUE(shown.equals(scene)) << "at " << scene.now;
+  }
+}
+
 TEST(LiveCanvas, OtherPixelsAreDrawnAsAWhole) {
   strokes::StrokeStore store;
   paintStroke(store, 0.5);

@@ -7,6 +7,9 @@ namespace {
 
 constexpr const char* kPath = "/org/freedesktop/portal/desktop";
 
+constexpr const char* kLockdown = "org.freedesktop.impl.portal.Lockdown";
+constexpr const char* kLock = "disable-camera";
+
 constexpr const char* kInterfaces = R"(<node>
   <interface name="org.freedesktop.impl.portal.Access">
     <method name="AccessDialog">
@@ -48,10 +51,20 @@ AccessBackend::~AccessBackend() {
   g_main_context_unref(context_);
 }
 
+void AccessBackend::lockCamera(bool locked) {
+  cameraLocked_ = locked;
+  GVariantBuilder changed;
+  g_variant_builder_init(&changed, G_VARIANT_TYPE_VARDICT);
+  g_variant_builder_add(&changed, "{sv}", kLock, g_variant_new_boolean(locked));
+  g_dbus_connection_emit_signal(connection_, nullptr, kPath, "org.freedesktop.DBus.Properties",
+                                "PropertiesChanged",
+                                g_variant_new("(sa{sv}as)", kLockdown, &changed, nullptr), nullptr);
+}
+
 void AccessBackend::run() {
   g_main_context_push_thread_default(context_);
   gchar* address = g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
-  GDBusConnection* connection = g_dbus_connection_new_for_address_sync(
+  connection_ = g_dbus_connection_new_for_address_sync(
       address,
       static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
                                         G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
@@ -62,19 +75,20 @@ void AccessBackend::run() {
   table.method_call = onCall;
   table.get_property = onGet;
   for (int i = 0; i < 2; ++i) {
-    g_dbus_connection_register_object(connection, kPath, node->interfaces[i], &table, this, nullptr,
-                                      nullptr);
+    g_dbus_connection_register_object(connection_, kPath, node->interfaces[i], &table, this,
+                                      nullptr, nullptr);
   }
   const guint owner = g_bus_own_name_on_connection(
-      connection, kName, G_BUS_NAME_OWNER_FLAGS_NONE,
+      connection_, kName, G_BUS_NAME_OWNER_FLAGS_NONE,
       [](GDBusConnection*, const gchar*, gpointer self) {
         static_cast<AccessBackend*>(self)->ready_ = true;
       },
       nullptr, this, nullptr);
   g_main_loop_run(loop_);
+  for (GDBusMethodInvocation* dialog : open_) g_object_unref(dialog);
   g_bus_unown_name(owner);
   g_dbus_node_info_unref(node);
-  g_object_unref(connection);
+  g_object_unref(connection_);
   g_main_context_pop_thread_default(context_);
 }
 
@@ -82,14 +96,15 @@ void AccessBackend::onCall(GDBusConnection*, const gchar*, const gchar*, const g
                            GVariant*, GDBusMethodInvocation* invocation, gpointer self) {
   auto* backend = static_cast<AccessBackend*>(self);
   ++backend->dialogs;
+  if (backend->answer == kNone) return backend->open_.push_back(invocation);
   g_dbus_method_invocation_return_value(
       invocation, g_variant_new("(ua{sv})", static_cast<guint32>(backend->answer), nullptr));
 }
 
 GVariant* AccessBackend::onGet(GDBusConnection*, const gchar*, const gchar*, const gchar*,
                                const gchar* property, GError**, gpointer self) {
-  const bool isCamera = g_str_equal(property, "disable-camera");
-  return g_variant_new_boolean(isCamera && static_cast<AccessBackend*>(self)->cameraLocked);
+  const bool isCamera = g_str_equal(property, kLock);
+  return g_variant_new_boolean(isCamera && static_cast<AccessBackend*>(self)->cameraLocked_);
 }
 
 }  // namespace support

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <string>
 #include <thread>
+#include <vector>
 
 namespace support {
 
@@ -16,6 +17,7 @@ class AccessBackend {
   static constexpr guint32 kGrant = 0;
   static constexpr guint32 kRefuse = 1;
   static constexpr guint32 kDismiss = 2;
+  static constexpr guint32 kNone = 3;  ///< The dialog stays open.
 
   AccessBackend();
   ~AccessBackend();
@@ -26,8 +28,10 @@ class AccessBackend {
   static constexpr const char* kName = "org.freedesktop.impl.portal.desktop.test";
 
   std::atomic<guint32> answer = kGrant;
-  std::atomic<bool> cameraLocked = false;  ///< Set before the portal starts.
   std::atomic<int> dialogs = 0;
+
+  /// Sets the policy, and tells those who know the earlier one.
+  void lockCamera(bool locked);
 
  private:
   void run();
@@ -38,6 +42,9 @@ class AccessBackend {
 
   GMainContext* const context_;
   GMainLoop* const loop_;
+  GDBusConnection* connection_ = nullptr;  // Of the thread until it is ready.
+  std::atomic<bool> cameraLocked_ = false;
+  std::vector<GDBusMethodInvocation*> open_;  // Dialogs. Of the thread.
   std::atomic<bool> ready_ = false;
   std::jthread thread_;
 };

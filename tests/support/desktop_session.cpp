@@ -1,7 +1,12 @@
 #include "tests/support/desktop_session.h"
 
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
 #include <chrono>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <initializer_list>
 #include <sstream>
@@ -19,6 +24,17 @@ void waitForFile(const fs::path& file) {
   }
 }
 
+bool takesConnections(const fs::path& path) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  path.string().copy(address.sun_path, sizeof address.sun_path - 1);
+  const int connection = ::socket(AF_UNIX, SOCK_STREAM, 0);
+  const bool taken =
+      ::connect(connection, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+  ::close(connection);
+  return taken;
+}
+
 std::vector<std::string> words(const std::string& text) {
   std::istringstream stream(text);
   std::vector<std::string> result;
@@ -28,9 +44,6 @@ std::vector<std::string> words(const std::string& text) {
 
 std::vector<std::string> cameraCommand(const std::string& caps, Pictures pictures) {
   std::string source = "gst-launch-1.0 -q videotestsrc is-live=true pattern=smpte ! ";
-  if (caps.starts_with("image/jpeg")) {
-    source += "video/x-raw,format=I420" + caps.substr(caps.find(',')) + " ! jpegenc quality=95 ! ";
-  }
   if (pictures == Pictures::none) source += "valve drop=true drop-mode=forward-sticky-events ! ";
   auto command = words(source + caps + " ! pipewiresink mode=provide");
   command.push_back(
@@ -39,11 +52,13 @@ std::vector<std::string> cameraCommand(const std::string& caps, Pictures picture
   return command;
 }
 
-void writeBusConfiguration(const fs::path& file, const std::string& address) {
+void writeBusConfiguration(const fs::path& file, const std::string& address,
+                           const std::string& rules) {
   std::ofstream(file) << "<busconfig><type>session</type><listen>" << address
                       << "</listen><policy context=\"default\">"
                          "<allow send_destination=\"*\" eavesdrop=\"true\"/>"
-                         "<allow eavesdrop=\"true\"/><allow own=\"*\"/></policy></busconfig>";
+                         "<allow eavesdrop=\"true\"/><allow own=\"*\"/>"
+                      << rules << "</policy></busconfig>";
 }
 
 }  // namespace
@@ -55,7 +70,7 @@ std::optional<std::string> DesktopSession::missing() {
   return std::nullopt;
 }
 
-DesktopSession::DesktopSession(BusActivation activation) {
+DesktopSession::DesktopSession(BusActivation activation, const std::string& rules) {
   for (const char* variable : {"XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_DATA_HOME",
                                "XDG_STATE_HOME", "XDG_CACHE_HOME", "HOME"}) {
     const fs::path folder =
@@ -66,15 +81,27 @@ DesktopSession::DesktopSession(BusActivation activation) {
   }
   const std::string address = "unix:path=" + (folder_ / "bus").string();
   setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
-  std::vector<std::string> command{"dbus-daemon", "--nofork", "--nopidfile"};
+  busCommand_ = {"dbus-daemon", "--nofork", "--nopidfile"};
   if (activation == BusActivation::on) {
-    command.insert(command.end(), {"--session", "--address=" + address});
+    busCommand_.insert(busCommand_.end(), {"--session", "--address=" + address});
   } else {
-    writeBusConfiguration(folder_ / "bus.conf", address);
-    command.push_back("--config-file=" + (folder_ / "bus.conf").string());
+    writeBusConfiguration(folder_ / "bus.conf", address, rules);
+    busCommand_.push_back("--config-file=" + (folder_ / "bus.conf").string());
   }
-  bus_ = std::make_unique<ChildProcess>(command, (folder_ / "bus.log").string());
-  waitForFile(folder_ / "bus");
+  startBus();
+}
+
+void DesktopSession::killBus() {
+  bus_.reset();
+  fs::remove(folder_ / "bus");
+}
+
+void DesktopSession::startBus() {
+  bus_ = std::make_unique<ChildProcess>(busCommand_, (folder_ / "bus.log").string());
+  // Its socket is there a moment before it listens.
+  for (int i = 0; i < 1000 && !takesConnections(folder_ / "bus"); ++i) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
 }
 
 void DesktopSession::startPipeWire() {

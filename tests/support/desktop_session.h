@@ -1,9 +1,9 @@
 #pragma once
 
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "tests/support/child_process.h"
 #include "tests/support/temporary_folder.h"
@@ -20,7 +20,17 @@ class DesktopSession {
   /// Why this machine cannot do that; none when it can.
   static std::optional<std::string> missing();
 
-  explicit DesktopSession(BusActivation activation = BusActivation::on);
+  /// `rules`: more of them for a bus without activation, as its configuration writes them.
+  explicit DesktopSession(BusActivation activation = BusActivation::on,
+                          const std::string& rules = {});
+
+  /// The bus ends as in a crash.
+  void killBus();
+  /// Another one takes its place.
+  void startBus();
+  /// It hangs: it takes connections but says nothing, until it is thawed.
+  void freezeBus() { bus_->freeze(); }
+  void thawBus() { bus_->thaw(); }
 
   /// PipeWire and its session manager; returns once they answer.
   void startPipeWire();
@@ -30,10 +40,9 @@ class DesktopSession {
   void freezePipeWire() { pipeWire_->freeze(); }
   void thawPipeWire() { pipeWire_->thaw(); }
 
-  const std::filesystem::path& folder() const { return folder_.path(); }
-
  private:
   const TemporaryFolder folder_;  // Ends last: the others write into it.
+  std::vector<std::string> busCommand_;
   std::unique_ptr<ChildProcess> bus_;
   std::unique_ptr<ChildProcess> pipeWire_;
   std::unique_ptr<ChildProcess> sessionManager_;
@@ -43,7 +52,8 @@ class DesktopSession {
 enum class Pictures { colourBars, none };
 
 /// A camera that PipeWire shows: colour bars, white at the top left and blue at the top right,
-/// dark at the bottom left.
+/// dark at the bottom left. Raw pictures only: JPEG published in this way brings no frames in
+/// PipeWire 0.3.65.
 class VirtualCamera {
  public:
   /// `caps`: what it delivers, e.g. "video/x-raw,format=YUY2,width=640,height=480,framerate=30/1".

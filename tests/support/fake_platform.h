@@ -42,6 +42,16 @@ struct FakePlatform {
   platform::Services services(platform::SavePanel& panel) { return services(panel, videoWriters); }
   /// With video writers of another kind, too.
   platform::Services services(platform::SavePanel& panel, platform::VideoWriterFactory& writers) {
+    return services(panel, writers, cameraPermission);
+  }
+  /// With another permission.
+  platform::Services services(platform::CameraPermission& permission) {
+    return services(savePanel, videoWriters, permission);
+  }
+
+ private:
+  platform::Services services(platform::SavePanel& panel, platform::VideoWriterFactory& writers,
+                              platform::CameraPermission& permission) {
     return {
         .clock = clock,
         .mainQueue = mainQueue,
@@ -55,7 +65,7 @@ struct FakePlatform {
         .handPoseRequest = handPoseRequest,
         .queues = serialQueues,
         .captureService = capture,
-        .cameraPermission = cameraPermission,
+        .cameraPermission = permission,
         .settingsPage = settingsPage,
         .activation = activation,
     };

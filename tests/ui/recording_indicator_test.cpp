@@ -59,6 +59,18 @@ TEST_F(RecordingInTheTopBar, TheButtonStartsARecordingAndThenReadsStop) {
   EXPECT_TRUE(button(bar, "Stop")->isEnabled());
 }
 
+TEST_F(RecordingInTheTopBar, TheButtonsSymbolChangesWithItsTitle) {
+  const auto symbol = [this](const char* title) {
+    return button(bar, title)->icon().pixmap(16).toImage();
+  };
+  const QImage idle = symbol("Record Video");
+
+  startRecording();
+
+  EXPECT_FALSE(symbol("Stop").isNull());
+  EXPECT_NE(symbol("Stop"), idle);
+}
+
 TEST_F(RecordingInTheTopBar, TheIndicatorShowsTheSecondsOfTheModel) {
   startRecording();
   machine.clock.advance(65.3);

@@ -126,32 +126,6 @@ TEST_F(TopBarTest, SaveImageAsksWhichKind) {
   EXPECT_TRUE(model.showSaveChoice());
 }
 
-TEST_F(TopBarTest, WhileARecordingRunsItsTimeIsShownAndTheButtonStopsIt) {
-  machine.savePanel.willAnswer("/films/a.mp4");
-  press(bar, "Record Video");
-  bar.refresh();
-  EXPECT_TRUE(model.isRecording());
-  EXPECT_TRUE(support::label(bar, "00:00")->isVisible());
-
-  machine.clock.advance(65.5);
-  model.tick();
-  bar.refresh();
-  EXPECT_TRUE(support::label(bar, "01:05")->isVisible());
-
-  press(bar, "Stop");
-  bar.refresh();
-  EXPECT_FALSE(model.isRecording());
-  EXPECT_FALSE(support::label(bar, "01:05")->isVisible());
-  EXPECT_TRUE(button(bar, "Record Video"));
-}
-
-TEST(ElapsedTime, MinutesGrowPastTwoDigitsWithoutHours) {
-  EXPECT_EQ(elapsedTime(0), "00:00");
-  EXPECT_EQ(elapsedTime(65), "01:05");
-  EXPECT_EQ(elapsedTime(61 * 60), "61:00");
-  EXPECT_EQ(elapsedTime(100 * 60 + 7), "100:07");
-}
-
 TEST_F(TopBarTest, EveryToolShowsASymbol) {
   for (const char* tool : {"Undo", "Clear", "Save Image", "Record Video"}) {
     EXPECT_FALSE(button(bar, tool)->icon().isNull()) << tool;

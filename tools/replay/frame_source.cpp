@@ -83,7 +83,8 @@ Result<std::unique_ptr<FrameSource>> openFolder(const std::filesystem::path& fol
 }  // namespace
 
 Result<std::unique_ptr<FrameSource>> openFrames(const std::filesystem::path& path) {
-  if (std::filesystem::is_directory(path)) return openFolder(path);
+  std::error_code unreadable;  // Said by the reader, in words.
+  if (std::filesystem::is_directory(path, unreadable)) return openFolder(path);
   auto reader = ClipReader::open(path);
   if (!reader) return Error{path.string() + ": " + reader.error().description};
   return std::unique_ptr<FrameSource>(std::make_unique<Clip>(std::move(reader).value()));

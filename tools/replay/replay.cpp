@@ -77,6 +77,7 @@ Result<Summary> Replay::play(FrameSource& frames, Pace& pace, std::ostream* trac
     line.milliseconds.decode = decoding.milliseconds();
     if (!frame) return frame.error();
     if (!frame.value()) {
+      if (model_.isRecording()) machine_.loop.advanceTo(line.time + 1.5 * kTickSeconds);
       Summary summary{line.frame, model_.strokeCount(), {}};
       if (const auto fine = takeProblem(); !fine) summary.problem = fine.error().description;
       return summary;
@@ -86,6 +87,9 @@ Result<Summary> Replay::play(FrameSource& frames, Pace& pace, std::ostream* trac
     const Stopwatch painting;
     machine_.loop.advanceTo(line.time);
     if (inTime) show(*frame.value());
+    if (const auto path = std::exchange(video_, std::nullopt)) {
+      if (const auto started = startVideo(*path); !started) return started.error();
+    }
     line.milliseconds.model = painting.milliseconds();
     if (trace != nullptr) {
       const Stopwatch drawing;
@@ -104,7 +108,8 @@ Result<void> Replay::startVideo(const std::filesystem::path& path) {
 }
 
 Result<void> Replay::finishVideo() {
-  if (model_.isRecording()) model_.toggleRecording();
+  if (!model_.isRecording()) return Error{"The video could not be recorded to its end."};
+  model_.toggleRecording();
   const bool isFinished =
       machine_.loop.runUntil([this] { return !model_.isFinishingRecording(); }, kLongestFinishing);
   if (!isFinished) return Error{"The video is not finished in time."};
@@ -159,16 +164,16 @@ Result<Summary> run(const Options& options) {
 
   Replay replay(recording ? static_cast<platform::HandPoseRequest&>(*recording)
                           : *detector.value());
-  if (options.video) {
-    if (const auto started = replay.startVideo(*options.video); !started) return started.error();
-  }
+  if (options.video) replay.recordTo(*options.video);
   FullSpeed fullSpeed;
   RealTime realTime;
   Result<Summary> summary = replay.play(
       *frames.value(), options.realtime ? static_cast<Pace&>(realTime) : fullSpeed, trace.stream());
   if (!summary) return summary;
   if (options.video) {
-    if (const auto saved = replay.finishVideo(); !saved) return saved.error();
+    if (const auto saved = replay.finishVideo(); !saved) {
+      return Error{summary.value().problem.value_or(saved.error().description)};
+    }
   }
   if (options.picture) {
     if (const auto saved = replay.savePicture(*options.picture); !saved) return saved.error();

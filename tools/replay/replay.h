@@ -35,8 +35,10 @@ class Replay {
   /// Goes through all frames. `trace`: where to write a line for each, or null.
   platform::Result<Summary> play(FrameSource& frames, Pace& pace, std::ostream* trace);
 
-  /// Records the canvas from now on, in the clip's time, until the video is finished.
-  platform::Result<void> startVideo(const std::filesystem::path& path);
+  /// Before play(): the canvas is to be recorded in the clip's time, from the first frame, which
+  /// gives the video its shape, to a moment after the last.
+  void recordTo(const std::filesystem::path& path) { video_ = path; }
+  /// After play(): finishes that recording.
   platform::Result<void> finishVideo();
 
   /// Saves what the canvas shows, 1920 pixels wide.
@@ -46,6 +48,7 @@ class Replay {
 
  private:
   void show(const pixels::PixelBuffer& frame);
+  platform::Result<void> startVideo(const std::filesystem::path& path);
   void describe(TraceLine& line);
   /// What the model has reported since it was asked last.
   platform::Result<void> takeProblem();
@@ -54,6 +57,7 @@ class Replay {
   Machine machine_;
   model::AppModel model_;
   std::unique_ptr<platform::RepeatingTimer> ticks_;
+  std::optional<std::filesystem::path> video_;  // Until it has begun.
 };
 
 /// Does what the command line asks for.

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <numbers>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tools/sample_clip/lines.h"

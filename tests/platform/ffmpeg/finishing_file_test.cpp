@@ -59,7 +59,7 @@ TEST_F(FinishingFileTest, TakesThePlaceOfTheRecording) {
   const auto file = make();
   write(file->path(), "finished");
 
-  EXPECT_TRUE(file->takePlace().ok());
+  EXPECT_TRUE(file->takePlaceOf(recording).ok());
 
   EXPECT_EQ(textOf(recording), "finished");
   EXPECT_THAT(folder.names(), ElementsAre("a.mp4"));
@@ -77,7 +77,7 @@ TEST_F(FinishingFileTest, IsGoneUnlessItTookThatPlace) {
 TEST_F(FinishingFileTest, WhenItCannotTakeThatPlaceTheErrorTellsWhy) {
   std::filesystem::create_directory(recording);
 
-  const auto taken = make()->takePlace();
+  const auto taken = make()->takePlaceOf(recording);
 
   ASSERT_FALSE(taken.ok());
   EXPECT_THAT(taken.error().description, EndsWith("a.mp4: Is a directory"));

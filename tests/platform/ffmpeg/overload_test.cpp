@@ -4,10 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <utility>
 #include <vector>
 
@@ -37,12 +40,18 @@ class QueueWriter final : public platform::VideoWriter {
   bool startWriting() override { return true; }
   void startSession(MediaTime) override {}
   bool isReadyForMoreMediaData() const override { return queue_.hasRoom(); }
-  std::optional<pixels::Surface> takeBuffer() override { return queue_.takeBuffer(); }
+  std::optional<pixels::Surface> takeBuffer() override {
+    auto buffer = queue_.takeBuffer();
+    buffers.insert(buffer->row(0));
+    return buffer;
+  }
   bool append(pixels::Surface frame, MediaTime time) override {
     return queue_.push({std::move(frame), time});
   }
   void markAsFinished() override {}
   void finishWriting(std::function<void()>) override {}
+
+  std::set<const std::uint8_t*> buffers;  ///< That have been in use.
 
  private:
   FrameQueue& queue_;
@@ -50,14 +59,17 @@ class QueueWriter final : public platform::VideoWriter {
 
 struct QueueWriterFactory final : platform::VideoWriterFactory {
   FrameQueue queue{4, 2};
+  QueueWriter* writer = nullptr;
   platform::Result<std::unique_ptr<platform::VideoWriter>> make(
       const std::filesystem::path&) override {
-    return std::unique_ptr<platform::VideoWriter>(std::make_unique<QueueWriter>(queue));
+    auto made = std::make_unique<QueueWriter>(queue);
+    writer = made.get();
+    return std::unique_ptr<platform::VideoWriter>(std::move(made));
   }
 };
 
 /// Seconds between the frames that an encoder gets which needs so long for each of them, and, at
-/// the end, how long ago the newest one was drawn.
+/// the end, how long ago the newest one was drawn and how many buffers there were.
 struct Overload {
   explicit Overload(double secondsPerFrame) {
     support::FakeClock clock;
@@ -80,10 +92,12 @@ struct Overload {
       }
     }
     behind = clock.now() - start - last;
+    buffers = writers.writer->buffers.size();
   }
 
   std::vector<double> gaps;
   double behind = 0;
+  std::size_t buffers = 0;
 };
 
 class RecordingOnASlowMachine : public testing::TestWithParam<double> {};
@@ -111,6 +125,11 @@ TEST_P(RecordingOnASlowMachine, RecordsAllThatTheEncoderCanTake) {
 
 TEST_P(RecordingOnASlowMachine, KeepsRealTime) {
   EXPECT_LE(Overload(GetParam()).behind, FrameQueue::kMostSeconds + GetParam());
+}
+
+TEST_P(RecordingOnASlowMachine, NeedsNoMoreMemoryThanItsQueue) {
+  constexpr std::size_t kInHands = 2;  // Of the painter and of the encoder.
+  EXPECT_LE(Overload(GetParam()).buffers, FrameQueue::kMostFrames + kInHands);
 }
 
 INSTANTIATE_TEST_SUITE_P(SecondsPerFrame, RecordingOnASlowMachine,

@@ -9,29 +9,11 @@
 
 #include "platform/std/thread_queue_factory.h"
 #include "platform/std/uptime_clock.h"
+#include "tests/platform/gstreamer/test_device.h"
 #include "tests/support/colour_bars.h"
 
 namespace platform::gstreamer {
 namespace {
-
-// A device that is no hardware: its source is described in GStreamer's notation, in its name.
-struct TestDevice {
-  GstDevice parent;
-};
-struct TestDeviceClass {
-  GstDeviceClass parent;
-};
-G_DEFINE_TYPE(TestDevice, test_device, GST_TYPE_DEVICE)
-
-void test_device_init(TestDevice*) {}
-
-void test_device_class_init(TestDeviceClass* type) {
-  GST_DEVICE_CLASS(type)->create_element = [](GstDevice* device, const gchar*) {
-    const Handle<gchar> source(gst_device_get_display_name(device));
-    return gst_parse_bin_from_description_full(source.get(), TRUE, nullptr,
-                                               GST_PARSE_FLAG_FATAL_ERRORS, nullptr);
-  };
-}
 
 class CameraPipelineTest : public testing::Test {
  protected:
@@ -39,14 +21,13 @@ class CameraPipelineTest : public testing::Test {
 
   Result<std::shared_ptr<CameraPipeline>> start(const std::string& source, const char* format) {
     const Handle<GstCaps> caps(gst_caps_from_string(format));
-    const Camera camera(Handle<GstDevice>(GST_DEVICE(gst_object_ref_sink(g_object_new(
-        test_device_get_type(), "display-name", source.c_str(), "caps", caps.get(), nullptr)))));
-    auto made = CameraPipeline::make(
-        camera, caps.get(), std::make_shared<FrameDelivery>(*queue, [this](const auto& frame) {
-          const std::lock_guard guard(lock);
-          last = frame;
-          ++frames;
-        }));
+    auto made =
+        CameraPipeline::make(testCamera(source, format), caps.get(),
+                             std::make_shared<FrameDelivery>(*queue, [this](const auto& frame) {
+                               const std::lock_guard guard(lock);
+                               last = frame;
+                               ++frames;
+                             }));
     if (!made) return made;
     if (const auto playing = made.value()->play(); !playing) return playing.error();
     return made;

@@ -43,7 +43,7 @@ class Listener {
       const std::lock_guard guard(lock_);
       errors_.emplace_back(message, details);
     });
-    source.setOnReturn([this] { ++returns_; });
+    source.setOnReturn([this] { hearReturn(); });
   }
 
   std::size_t frames() const {
@@ -62,6 +62,7 @@ class Listener {
     const std::lock_guard guard(lock_);
     return errors_;
   }
+  void hearReturn() { ++returns_; }
   int returns() const { return returns_; }
 
  private:
@@ -128,7 +129,10 @@ class GstCaptureServiceTest : public testing::Test {
 
   /// Starts the camera again whenever it is said to be back, as its owner does.
   void startOnReturn() {
-    source->setOnReturn([this] { source->start(); });
+    source->setOnReturn([this] {
+      listener.hearReturn();
+      source->start();
+    });
   }
 
   double secondsToEnd() {

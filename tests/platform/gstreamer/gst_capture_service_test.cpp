@@ -216,6 +216,7 @@ TEST_F(GstCaptureServiceTest, SurvivesManyCyclesOfStartStopVanishAndReturn) {
   for (int i = 0; i < cycles; ++i) {
     plugIn();
     start();
+    startOnReturn();  // On a busy machine a virtual camera may bring nothing at first.
     ASSERT_TRUE(moreFrames()) << "cycle " << i;
     const auto errors = listener.errors().size();
     const int returns = listener.returns();
@@ -224,7 +225,6 @@ TEST_F(GstCaptureServiceTest, SurvivesManyCyclesOfStartStopVanishAndReturn) {
     ASSERT_TRUE(secondsUntil([&] { return listener.errors().size() > errors; }, 20)) << i;
     camera.emplace(kHighDefinition);
     ASSERT_TRUE(secondsUntil([&] { return listener.returns() > returns; }, 20)) << i;
-    source->start();
     ASSERT_TRUE(moreFrames()) << "cycle " << i;
     source.reset();
     unplug();

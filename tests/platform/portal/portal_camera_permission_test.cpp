@@ -1,209 +1,127 @@
 #include "platform/portal/portal_camera_permission.h"
 
-#include <gtest/gtest.h>
-
-#include <chrono>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <memory>
-#include <optional>
-#include <string>
-#include <thread>
+#include <iterator>
 
-#include "platform/std/thread_queue_factory.h"
-#include "tests/support/access_backend.h"
-#include "tests/support/child_process.h"
-#include "tests/support/desktop_session.h"
-#include "tests/support/fake_main_queue.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/platform/portal/portal_fixture.h"
 
 namespace platform::portal {
 namespace {
 
-using std::chrono::milliseconds;
-using std::chrono::steady_clock;
 using support::AccessBackend;
-using support::ChildProcess;
-
-constexpr const char* kPortal = "/usr/libexec/xdg-desktop-portal";
-constexpr const char* kStore = "/usr/libexec/xdg-permission-store";
-
-/// Against the real portal and the real permission store, with a back-end of our own.
-class PortalCameraPermissionTest : public testing::Test {
- protected:
-  void SetUp() override {
-    for (const char* program : {kPortal, kStore}) {
-      if (!std::filesystem::exists(program)) GTEST_SKIP() << program << " is not installed";
-    }
-    if (!ChildProcess::isInstalled("dbus-daemon")) GTEST_SKIP() << "dbus-daemon is not installed";
-    setenv("XDG_CURRENT_DESKTOP", "test", 1);
-    setenv("XDG_DESKTOP_PORTAL_DIR", portals.path().c_str(), 1);
-    desktop.emplace(support::BusActivation::off);
-    store.emplace(std::vector<std::string>{kStore});
-    permission = std::make_unique<PortalCameraPermission>(queues, mainQueue);
-  }
-
-  void TearDown() override {
-    permission.reset();
-    portal.reset();
-    store.reset();
-    backend.reset();
-    desktop.reset();
-  }
-
-  void startPortal() {
-    std::ofstream(portals.path() / "test.portal")
-        << "[portal]\nDBusName=" << AccessBackend::kName
-        << "\nInterfaces=org.freedesktop.impl.portal.Access;org.freedesktop.impl.portal.Lockdown;\n"
-           "UseIn=test\n";
-    portal.emplace(std::vector<std::string>{kPortal});
-  }
-
-  void startPortalWithBackend() {
-    if (!backend) backend = std::make_unique<AccessBackend>();
-    startPortal();
-    // The portal takes a moment to be there.
-    for (int i = 0; i < 100 && read() == CameraAuthorization::authorized; ++i) {
-      std::this_thread::sleep_for(milliseconds(50));
-    }
-  }
-
-  template <class Value>
-  Value await(const std::optional<Value>& answer) {
-    for (int i = 0; i < 4000 && !answer; ++i) {
-      mainQueue.drain();
-      std::this_thread::sleep_for(milliseconds(5));
-    }
-    EXPECT_TRUE(answer) << "no answer";
-    return answer.value_or(Value{});
-  }
-
-  CameraAuthorization read() {
-    std::optional<CameraAuthorization> answer;
-    permission->read([&](CameraAuthorization authorization) { answer = authorization; });
-    return await(answer);
-  }
-
-  bool request() {
-    std::optional<bool> answer;
-    permission->request([&](bool granted) { answer = granted; });
-    return await(answer);
-  }
-
-  support::TemporaryFolder portals;
-  std::optional<support::DesktopSession> desktop;
-  std::optional<ChildProcess> store;
-  std::optional<ChildProcess> portal;
-  std::unique_ptr<AccessBackend> backend;
-  ThreadQueueFactory queues;
-  support::FakeMainQueue mainQueue;
-  std::unique_ptr<PortalCameraPermission> permission;
-};
 
 TEST_F(PortalCameraPermissionTest, NobodyHasBeenAskedAtFirst) {
-  startPortalWithBackend();
+  session->startPortal();
 
   EXPECT_EQ(read(), CameraAuthorization::notDetermined);
-  EXPECT_EQ(backend->dialogs, 0);
+  EXPECT_EQ(session->backend().dialogs, 0);
 }
 
 TEST_F(PortalCameraPermissionTest, AGrantIsKept) {
-  startPortalWithBackend();
-  backend->answer = AccessBackend::kGrant;
+  session->startPortal();
+  session->backend().answer = AccessBackend::kGrant;
 
   EXPECT_TRUE(request());
   EXPECT_EQ(read(), CameraAuthorization::authorized);
   EXPECT_TRUE(request());
-  EXPECT_EQ(backend->dialogs, 1);
+  EXPECT_EQ(session->backend().dialogs, 1);
 }
 
 TEST_F(PortalCameraPermissionTest, ARefusalIsKept) {
-  startPortalWithBackend();
-  backend->answer = AccessBackend::kRefuse;
+  session->startPortal();
+  session->backend().answer = AccessBackend::kRefuse;
 
   EXPECT_FALSE(request());
   EXPECT_EQ(read(), CameraAuthorization::denied);
   EXPECT_FALSE(request());
-  EXPECT_EQ(backend->dialogs, 1);
+  EXPECT_EQ(session->backend().dialogs, 1);
 }
 
 TEST_F(PortalCameraPermissionTest, ADialogThatWasClosedIsARefusal) {
-  startPortalWithBackend();
-  backend->answer = AccessBackend::kDismiss;
+  session->startPortal();
+  session->backend().answer = AccessBackend::kDismiss;
 
   EXPECT_FALSE(request());
   EXPECT_EQ(read(), CameraAuthorization::denied);
 }
 
-TEST_F(PortalCameraPermissionTest, ALockedCameraIsRestricted) {
-  backend = std::make_unique<AccessBackend>();
-  backend->cameraLocked = true;
-  startPortalWithBackend();
+TEST_F(PortalCameraPermissionTest, AnAnswerThatAsksEveryTimeSettlesNothing) {
+  session->store("", "ask");
+  session->startPortal();
 
-  EXPECT_FALSE(request());
-  EXPECT_EQ(read(), CameraAuthorization::restricted);
-  EXPECT_EQ(backend->dialogs, 0);
-}
-
-TEST_F(PortalCameraPermissionTest, APortalThatHangsDelaysOnlyTheAnswer) {
-  startPortalWithBackend();
-  portal->freeze();
-  const auto start = steady_clock::now();
-  std::optional<CameraAuthorization> answer;
-
-  permission->read([&](CameraAuthorization authorization) { answer = authorization; });
-  EXPECT_LT(steady_clock::now() - start, milliseconds(500));
-
-  EXPECT_EQ(await(answer), CameraAuthorization::notDetermined);
-  EXPECT_FALSE(request());
-}
-
-TEST_F(PortalCameraPermissionTest, WithoutAPortalTheDeviceDecides) {
-  EXPECT_EQ(read(), CameraAuthorization::authorized);
+  EXPECT_EQ(read(), CameraAuthorization::notDetermined);
   EXPECT_TRUE(request());
+  EXPECT_EQ(read(), CameraAuthorization::notDetermined);
+  EXPECT_EQ(session->backend().dialogs, 1);
 }
 
-TEST_F(PortalCameraPermissionTest, APortalThatCannotAskLeavesItToTheDevice) {
-  portal.emplace(std::vector<std::string>{kPortal});
-  std::this_thread::sleep_for(milliseconds(1000));
+TEST_F(PortalCameraPermissionTest, TheAnswerForAnotherProgramIsNotOurs) {
+  session->store("org.example.Other", "yes");
+  session->startPortal();
+
+  EXPECT_EQ(read(), CameraAuthorization::notDetermined);
+}
+
+TEST_F(PortalCameraPermissionTest, AYesThatThePortalDoesNotCountAsOursSettlesNothing) {
+  setting.cgroup = session->cgroup();
+  std::ofstream(setting.cgroup) << "0::/user@1.service/app.slice/app-org.example.program-1.scope\n";
+  session->store("org.example.program", "yes");
+  session->startPortal();
+  makePermission();
+
+  EXPECT_EQ(read(), CameraAuthorization::notDetermined);
+}
+
+TEST_F(PortalCameraPermissionTest, ALookAtAPermissionKeepsNoConnectionOfTheCameras) {
+  if (const auto missing = support::DesktopSession::missing()) GTEST_SKIP() << *missing;
+  session->store("", "yes");
+  session->desktop().startPipeWire();
+  session->startPortal();
+  ASSERT_EQ(read(), CameraAuthorization::authorized);
+  const auto openFiles = [] {
+    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
+  };
+  const auto before = openFiles();
 
   EXPECT_EQ(read(), CameraAuthorization::authorized);
-  EXPECT_TRUE(request());
+
+  EXPECT_EQ(openFiles(), before);
 }
 
-TEST_F(PortalCameraPermissionTest, CanEndWhileItWaits) {
-  startPortalWithBackend();
-  portal->freeze();
-  permission->read([](CameraAuthorization) { ADD_FAILURE() << "answered after its end"; });
-  permission->request([](bool) { ADD_FAILURE() << "answered after its end"; });
-  std::this_thread::sleep_for(milliseconds(200));
-  const auto start = steady_clock::now();
-
-  permission.reset();
-
-  EXPECT_LT(steady_clock::now() - start, milliseconds(1500));
-  mainQueue.drain();
-}
-
-TEST(PortalCameraPermission, WithoutASessionBusTheDeviceDecides) {
-  setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus", 1);
-  ThreadQueueFactory queues;
-  support::FakeMainQueue mainQueue;
-  PortalCameraPermission permission(queues, mainQueue);
-  std::optional<CameraAuthorization> read;
-  std::optional<bool> granted;
-  permission.read([&](CameraAuthorization answer) { read = answer; });
-  permission.request([&](bool answer) { granted = answer; });
-
-  for (int i = 0; i < 2000 && !(read && granted); ++i) {
-    mainQueue.drain();
-    std::this_thread::sleep_for(milliseconds(5));
+/// The portal takes us for a program in a launcher's unit, whose name is the parameter.
+class LaunchedTest : public PortalCameraPermissionTest,
+                     public testing::WithParamInterface<const char*> {
+ protected:
+  void SetUp() override {
+    if (const auto reason = support::PortalSession::cannotBeDeceived()) GTEST_SKIP() << *reason;
+    PortalCameraPermissionTest::SetUp();
+    if (IsSkipped()) return;
+    session->deceivePortal(GetParam());
+    session->startPortal();
+    setting.cgroup = session->cgroup();
+    makePermission();
   }
+};
 
-  EXPECT_EQ(read, CameraAuthorization::authorized);
-  EXPECT_EQ(granted, true);
+TEST_P(LaunchedTest, TheAnswerIsKeptUnderTheNameThatThePortalGivesUs) {
+  session->store("org.example.Other", "yes");
+  EXPECT_EQ(read(), CameraAuthorization::notDetermined);
+  session->backend().answer = AccessBackend::kRefuse;
+
+  EXPECT_FALSE(request());
+
+  EXPECT_EQ(read(), CameraAuthorization::denied);
 }
+
+INSTANTIATE_TEST_SUITE_P(Launchers, LaunchedTest,
+                         testing::Values("app-gnome-io.github.wavescribe.Wavescribe-1234.scope",
+                                         "app-io.github.wavescribe.Wavescribe@0a1b.service",
+                                         "app-io.github.wavescribe.Wavescribe-autostart.service",
+                                         R"(app-gnome-org.example.some\x2dprogram-77.scope)",
+                                         "app-gnome-program-77.scope",
+                                         "app-org.example.program-1.slice", "vte-spawn-0a1b.scope"),
+                         [](const auto& unit) { return "Unit" + std::to_string(unit.index); });
 
 }  // namespace
 }  // namespace platform::portal

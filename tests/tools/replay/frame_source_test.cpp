@@ -10,6 +10,7 @@
 
 #include "pixels/surface.h"
 #include "platform/png/png_encoder.h"
+#include "tests/support/scoped_ordinary_user.h"
 #include "tests/support/temporary_folder.h"
 
 namespace replay {
@@ -66,6 +67,17 @@ TEST(FrameSource, SaysWhyAClipCannotBeRead) {
   EXPECT_FALSE(openFrames(folder.path() / "missing.webm"));
   EXPECT_FALSE(openFrames(folder.path() / "clip.webm"));
   EXPECT_FALSE(openFrames(folder.path()));
+}
+
+TEST(FrameSource, SaysSoWhenAFolderOnTheWayIsClosedToUs) {
+  const support::TemporaryFolder folder;
+  std::filesystem::create_directory(folder / "closed");
+  std::ofstream(folder / "closed" / "clip.webm") << "never seen";
+  std::filesystem::permissions(folder / "closed", std::filesystem::perms::none);
+  const support::ScopedOrdinaryUser user;
+
+  EXPECT_FALSE(openFrames(folder / "closed" / "clip.webm"));
+  EXPECT_FALSE(openFrames(folder / "closed"));
 }
 
 }  // namespace

@@ -14,6 +14,8 @@
 #include "platform/png/png_encoder.h"
 #include "platform/recorded/recorded_hand_pose_request.h"
 #include "platform/std/uptime_clock.h"
+#include "tests/platform/ffmpeg/recorded_video.h"
+#include "tests/support/scoped_disk_limit.h"
 #include "tests/support/temporary_folder.h"
 
 namespace replay {
@@ -43,13 +45,22 @@ std::vector<nlohmann::json> traceOf(const std::filesystem::path& path) {
   return lines;
 }
 
-/// A folder of black pictures, numbered from 0.
-void writePictures(const std::filesystem::path& folder, int count) {
-  const auto png = platform::PngEncoder().encodePng(pixels::Surface(16, 8)).value();
+/// A folder of the same picture again and again, numbered from 0.
+void writePictures(const std::filesystem::path& folder, int count,
+                   const pixels::Surface& picture = pixels::Surface(16, 8)) {
+  const auto png = platform::PngEncoder().encodePng(picture).value();
   for (int i = 0; i < count; ++i) {
     std::ofstream(folder / (std::to_string(i) + ".png"), std::ios::binary)
         .write(reinterpret_cast<const char*>(png.data()), static_cast<std::streamsize>(png.size()));
   }
+}
+
+/// A log in `folder` of so many frames in which no hand is seen.
+std::filesystem::path noHands(const std::filesystem::path& folder, int frames) {
+  std::filesystem::path path = folder / "hands.jsonl";
+  std::ofstream log(path);
+  for (int i = 0; i < frames; ++i) log << platform::toLine({.time = i / 30.0}) << '\n';
+  return path;
 }
 
 TEST(Replay, TheSameClipAndHandsGiveTheSameTraceAndPicture) {
@@ -121,18 +132,52 @@ TEST(Replay, RecordsThePaintingAsAVideo) {
   options.video = folder / "painting.mp4";
   const auto summary = replay::run(options);
   ASSERT_TRUE(summary) << summary.error().description;
-  EXPECT_GT(std::filesystem::file_size(*options.video), 100'000u);
+
+  const support::RecordedVideo video =
+      support::readVideo(*options.video, support::Pictures::leaveOut);
+  EXPECT_EQ(video.error, "");
+  EXPECT_EQ(video.codec, "h264");
+  EXPECT_EQ(video.width, 1280);
+  EXPECT_EQ(video.height, 720);
+  EXPECT_NEAR(static_cast<double>(video.frames.size()), kFrames, 1);
+  EXPECT_NEAR(video.seconds, kFrames / 30.0, 0.1);
+}
+
+TEST(Replay, TheVideoHasTheShapeOfTheClip) {
+  const support::TemporaryFolder clip;
+  writePictures(clip.path(), 3, pixels::Surface(16, 12));
+  const support::TemporaryFolder folder;
+  Options options{.clip = clip.path()};
+  options.hands = noHands(folder.path(), 3);
+  options.video = folder / "painting.mp4";
+
+  ASSERT_TRUE(replay::run(options));
+
+  const support::RecordedVideo video = support::readVideo(*options.video);
+  EXPECT_EQ(video.width, 1280);
+  EXPECT_EQ(video.height, 960);
+  EXPECT_EQ(video.frames.size(), 3u);
+}
+
+TEST(Replay, AVideoThatFailsMidwayIsAFailure) {
+  const support::TemporaryFolder folder;
+  Options options{.clip = kClip};
+  options.hands = kHands;
+  options.video = folder / "painting.mp4";
+  const support::ScopedDiskLimit full(100'000);
+
+  const auto summary = replay::run(options);
+
+  ASSERT_FALSE(summary);
+  EXPECT_THAT(summary.error().description, HasSubstr("Recording stopped because of an error."));
 }
 
 TEST(Replay, InRealTimeTakesAsLongAsTheFramesWouldFromACamera) {
   const support::TemporaryFolder folder;
   writePictures(folder.path(), 10);
   const support::TemporaryFolder logs;
-  std::ofstream log(logs / "hands.jsonl");
-  for (int i = 0; i < 10; ++i) log << platform::toLine({.time = i / 30.0}) << '\n';
-  log.close();
   Options options{.clip = folder.path()};
-  options.hands = logs / "hands.jsonl";
+  options.hands = noHands(logs.path(), 10);
   options.realtime = true;
   const double began = platform::UptimeClock().now();
 
