@@ -22,7 +22,6 @@ showings=(videotestsrc pattern=black num-buffers=150 ! 'video/x-raw,width=640,he
 for _ in 1 2 3; do showings+=(filesrc "location=$clip" ! decodebin ! showings.); done
 plug_in 1280 720 "${showings[@]}" concat name=showings ! videoscale ! videoconvert ! videorate ! \
   identity sync=true
-sleep 1
 start_program "$program"
 
 look() { import -silent -window "$window" "$out/look.png"; }

@@ -7,7 +7,7 @@ camera= # The process of the one that is plugged in.
 # require_camera_services: ends the script where they cannot be had.
 require_camera_services() {
   local tool
-  for tool in dbus-daemon pipewire wireplumber gst-launch-1.0; do
+  for tool in dbus-daemon pipewire pw-cli wireplumber gst-launch-1.0; do
     if ! command -v "$tool" >/dev/null; then
       echo "SKIPPED: $tool is not installed."
       exit 77
@@ -39,7 +39,7 @@ XML
 }
 
 # plug_in WIDTH HEIGHT SOURCE...: a camera of that size which shows what the words of a GStreamer
-# source make.
+# source make. Returns when PipeWire lists it.
 plug_in() {
   local width=$1 height=$2
   shift 2
@@ -49,7 +49,10 @@ plug_in() {
     >/dev/null 2>&1 &
   camera=$!
   pids+=("$camera")
+  wait_until "the camera to be listed" camera_is_listed
 }
+
+camera_is_listed() { pw-cli ls Node 2>/dev/null | grep -q virtual-camera; }
 
 # plug_in_bars WIDTH HEIGHT: colour bars, white on the left and blue on the right.
 plug_in_bars() { plug_in "$1" "$2" videotestsrc is-live=true pattern=smpte; }

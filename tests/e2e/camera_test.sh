@@ -58,7 +58,6 @@ works_again() { shows_bars "$1" "$2" && ! banner_is_shown; }
 
 start_camera_services
 plug_in_bars 1280 720
-sleep 1
 start_program "$program"
 find_window_corner
 wait_until "the camera's picture" shows_bars 40 980

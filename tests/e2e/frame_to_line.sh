@@ -23,6 +23,5 @@ for _ in $(seq 0 $(((seconds + 10) / 17))); do
 done
 plug_in 1280 720 "${showings[@]}" concat name=showings ! videoscale ! videoconvert ! videorate ! \
   identity sync=true
-sleep 1
 "$program" "$seconds"
 rm -rf "$out"

@@ -19,7 +19,6 @@ mkdir -p "$out"
 start_desktop 1400x900
 start_camera_services
 plug_in_bars 1280 720
-sleep 1
 start_program "$programs/wavescribe"
 sleep 2
 
