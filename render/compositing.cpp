@@ -58,6 +58,11 @@ HWY_INLINE bool isNothing(D d, V share) {
   return hn::AllTrue(d, hn::Eq(share, hn::Zero(d)));
 }
 
+/// What two passes of the body's colour, each a blurred layer and a sharp one, cover together.
+HWY_INLINE V bothPasses(D d, V wide, V narrow, V body) {
+  return together(d, together(d, together(d, wide, body), narrow), body);
+}
+
 /// `paint`: the place's blue.
 template <bool kFades>
 HWY_INLINE void layBody(D d, V body, V fading, const StrokeColors& colors, std::int16_t* paint) {
@@ -107,9 +112,7 @@ void layGlowingRows(const GlowRows& wideRows, const GlowRows& narrowRows, const 
       }
       const V body = hn::Load(d, sharp.body + sharpRow + x);
       const V core = hn::Load(d, sharp.core + sharpRow + x);
-      V share = together(d, wideShare, body);
-      share = together(d, share, narrowShare);
-      share = together(d, share, body);
+      V share = bothPasses(d, wideShare, narrowShare, body);
       if (isNothing(d, core)) {
         if (!isNothing(d, share)) layBody<kFades>(d, share, fading, colors, paint);
         continue;
@@ -173,9 +176,7 @@ void mixGlowingTile(const GlowRows& wideRows, const GlowRows& narrowRows, const 
       }
       const V body = hn::Load(d, sharp.body + sharpRow + x);
       const V core = hn::Load(d, sharp.core + sharpRow + x);
-      V share = together(d, wideShare, body);
-      share = together(d, share, narrowShare);
-      share = together(d, share, body);
+      const V share = bothPasses(d, wideShare, narrowShare, body);
       keepShares(d, hn::Sub(share, hn::MulFixedPoint15(share, core)), core, x, y, shares);
     }
   }
