@@ -3,7 +3,18 @@
 namespace platform::gstreamer {
 namespace {
 
-using HangingPipeWireTest = GstCaptureServiceTest;
+class HangingPipeWireTest : public GstCaptureServiceTest {
+ protected:
+  /// A camera runs, as for its owner, until PipeWire hangs and that is noticed.
+  void runUntilPipeWireHangs() {
+    plugIn();
+    start();
+    startOnReturn();
+    ASSERT_TRUE(framesReach(3));
+    desktop->freezePipeWire();
+    ASSERT_TRUE(secondsUntilAnError());
+  }
+};
 
 TEST_F(HangingPipeWireTest, ACameraThatHangsAtTheStartIsToldAndTheNextOneIsUsed) {
   plugIn();
@@ -34,13 +45,7 @@ TEST_F(HangingPipeWireTest, AHangingPipeWireHasNoCameraUntilItAnswers) {
 }
 
 TEST_F(HangingPipeWireTest, GoesOnAfterPipeWireHung) {
-  plugIn();
-  start();
-  startOnReturn();
-  ASSERT_TRUE(framesReach(3));
-
-  desktop->freezePipeWire();
-  ASSERT_TRUE(secondsUntilAnError());
+  ASSERT_NO_FATAL_FAILURE(runUntilPipeWireHangs());
   EXPECT_EQ(listener.errors().front().first, "The camera stopped.");
   std::this_thread::sleep_for(std::chrono::seconds(3));
   desktop->thawPipeWire();
@@ -50,12 +55,7 @@ TEST_F(HangingPipeWireTest, GoesOnAfterPipeWireHung) {
 }
 
 TEST_F(HangingPipeWireTest, GoesOnWithTheNextPipeWireAfterOneThatHung) {
-  plugIn();
-  start();
-  startOnReturn();
-  ASSERT_TRUE(framesReach(3));
-  desktop->freezePipeWire();
-  ASSERT_TRUE(secondsUntilAnError());
+  ASSERT_NO_FATAL_FAILURE(runUntilPipeWireHangs());
   ASSERT_TRUE(secondsUntilAnError());  // A start that hangs.
 
   desktop->killPipeWire();
