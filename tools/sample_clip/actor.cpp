@@ -36,13 +36,39 @@ HandPose pinchedFrom(const HandRig& rig, float curl, Random& random) {
   return pose;
 }
 
-/// All fingers as far apart as somebody holds them who means it.
+/// `apart`: 0 as somebody holds the fingers who shows five and 1 as far apart as they easily go; -2
+/// side by side. The fingers of the resting mesh are apart already.
+void fanOut(HandPose& pose, float apart) {
+  const float five[] = {0, -6, 0, 4, -5};
+  const float further[] = {0, 5, 1, -3, -7};
+  for (int f = 1; f < kFingers; ++f) pose.spread[f] = radians(five[f] + apart * further[f]);
+}
+
+/// A hand that wants to be seen spread: the fingers straight, and no nearer to each other than
+/// those of real people who show five.
 HandPose spreadFrom(const HandRig& rig, Random& random) {
   HandPose pose = randomHandPose(rig, Gesture::openSpread, random);
-  const float degrees[] = {0, 11, 1, -8, -18};
+  const float root = random.normal(3);
   for (int f = 1; f < kFingers; ++f) {
-    pose.spread[f] = radians(degrees[f]) * random.between(1.0f, 1.4f);
+    pose.flex[f][0] = radians(root + random.normal(3));
+    pose.flex[f][1] = radians(4 + std::abs(random.normal(4)));
+    pose.flex[f][2] = radians(2 + std::abs(random.normal(3)));
   }
+  fanOut(pose, random.unit());
+  return pose;
+}
+
+/// A hand that does nothing: the fingers half bent, the more the nearer to the little one.
+HandPose idleFrom(const HandRig& rig, Random& random) {
+  HandPose pose = randomHandPose(rig, Gesture::relaxed, random);
+  const float root = random.between(20, 45);
+  const float middle = random.between(25, 50);
+  for (int f = 1; f < kFingers; ++f) {
+    pose.flex[f][0] = radians(root + 4.0f * static_cast<float>(f - 2) + random.normal(4));
+    pose.flex[f][1] = radians(middle + random.normal(5));
+    pose.flex[f][2] = 0.5f * pose.flex[f][1];
+  }
+  fanOut(pose, random.between(-2, -0.5f));
   return pose;
 }
 
@@ -80,7 +106,7 @@ Actor::Actor(const std::string& humanFolder, const Casting& casting)
       pinched_(pinchedFrom(rig_, casting.curl, random_)),
       opened_(between(pinched_, stretched(pinched_), 0.5f)),
       spread_(spreadFrom(rig_, random_)),
-      atEase_(randomHandPose(rig_, Gesture::relaxed, random_)) {
+      idle_(idleFrom(rig_, random_)) {
   for (ArmPose& arm : pose_.arms) arm.wristFlex = radians(10);
 }
 
@@ -161,17 +187,30 @@ void Actor::write(const WritingHand& right, const Camera& camera) {
   }
 }
 
+Vec3 Actor::inView(Vec3 wrist, const Camera& camera) const {
+  const Vec3 seen = camera.fromSpace(wrist);
+  const double scale = casting_.focalLength / seen.z;
+  const double palm = scale * rig_.size;  // In canvas heights, as all that follows.
+  const double x = 0.5 * kAspect - scale * seen.x;
+  const double y = 0.5 + scale * seen.y;
+  const double side = 1.3 * palm;
+  const double above = 2.2 * palm;
+  const double below = 0.3 * palm;
+  return placeAt({std::clamp(x, side, kAspect - side) / kAspect, std::clamp(y, above, 1 - below)},
+                 seen.z, camera);
+}
+
 void Actor::raise(const Moment& moment, const Camera& camera) {
   ArmPose& arm = pose_.arms[kLeft];
   const auto raised = static_cast<float>(moment.leftRaised);
-  arm.hand = between(atEase_, moment.left == OtherHand::spread ? spread_ : atEase_,
-                     smoothStep(0.2f, 0.7f, raised));
+  const bool isSpread = moment.left == OtherHand::spread;
+  arm.hand = between(idle_, isSpread ? spread_ : idle_, smoothStep(0.2f, 0.7f, raised));
   const Vec3 shoulder = rig_.head[kUpperArm1];
-  const Vec3 inFront{0, shoulder.y, shoulder.z + casting_.handsInFront - 0.6f};
   const Vec3 down = shoulder + Vec3{0.7f, -4.4f, 0.8f};
-  const Vec3 up = placeAt(casting_.otherHandAt, camera.fromSpace(inFront).z, camera);
+  const Vec3 up = inView(shoulder + casting_.otherWrist, camera);
   reachFor(rig_, mix(down, up, raised), arm);
-  turnHand(rig_, normalized(mix({-0.5f, 0, 0.6f}, casting_.otherPalm, raised)),
+  const Vec3 palm = isSpread ? casting_.otherPalm : casting_.idlePalm;
+  turnHand(rig_, normalized(mix({-1, 0, -0.3f}, palm, raised)),
            normalized(mix({0.1f, -1, 0.4f}, {0.1f, 1, 0.1f}, smoothStep(0, 0.6f, raised))), arm);
 }
 

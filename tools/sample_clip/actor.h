@@ -32,6 +32,9 @@ class Actor {
   /// The place that is seen at a point of the canvas, so deep before the camera.
   training::render::Vec3 placeAt(strokes::Point onCanvas, float depth,
                                  const training::render::Camera& camera) const;
+  /// The same place, or so near to it that a hand upright there is seen whole.
+  training::render::Vec3 inView(training::render::Vec3 wrist,
+                                const training::render::Camera& camera) const;
   void write(const WritingHand& right, const training::render::Camera& camera);
   void raise(const Moment& moment, const training::render::Camera& camera);
 
@@ -45,7 +48,7 @@ class Actor {
   training::render::HandPose pinched_;
   training::render::HandPose opened_;
   training::render::HandPose spread_;
-  training::render::HandPose atEase_;
+  training::render::HandPose idle_;
   training::render::PersonPose pose_;
 };
 

@@ -19,8 +19,10 @@ Casting randomCasting(std::uint64_t seed) {
   casting.palm = normalized({random.between(-0.9f, 0.15f), random.between(-0.35f, 0.25f), 1});
   casting.up = normalized({random.between(-0.45f, 0.2f), 1, random.between(-0.1f, 0.5f)});
   casting.curl = random.unit();
-  casting.otherHandAt = {random.between(0.1f, 0.24f), random.between(0.6f, 0.85f)};
+  casting.otherWrist = {random.between(0.2f, 1.8f), random.between(-1.5f, 0.4f),
+                        random.between(1.4f, 2.6f)};
   casting.otherPalm = normalized({random.normal(0.2f), random.normal(0.15f), 1});
+  casting.idlePalm = normalized({-1, random.between(-0.5f, 0.1f), random.between(-0.5f, 0.6f)});
   return casting;
 }
 

@@ -20,9 +20,12 @@ struct Casting {
   /// Where palm and fingers of the writing hand point, as in the mirror image.
   training::render::Vec3 palm{-0.55f, -0.05f, 1};
   training::render::Vec3 up{-0.1f, 1, 0.1f};
-  float curl = 0.4f;                       ///< Of the three other fingers: 0 straight, 1 folded.
-  strokes::Point otherHandAt{0.17, 0.73};  ///< The raised left wrist, on the canvas.
+  float curl = 0.4f;  ///< Of the three other fingers: 0 straight, 1 folded.
+  /// The raised left wrist, from its shoulder.
+  training::render::Vec3 otherWrist{1.8f, -0.7f, 2.4f};
+  /// Of the left hand: when it changes the colour, and when it rises for other reasons.
   training::render::Vec3 otherPalm{0, 0, 1};
+  training::render::Vec3 idlePalm{-1, -0.2f, 0.2f};
 };
 
 /// Draws one at random.

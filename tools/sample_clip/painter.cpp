@@ -49,7 +49,7 @@ void Painter::changeColor(double holdSeconds) {
 }
 
 void Painter::fidget(double holdSeconds) {
-  showLeft(OtherHand::atEase, holdSeconds);
+  showLeft(OtherHand::idle, holdSeconds);
 }
 
 void Painter::draw(const std::string& name, const std::vector<Point>& line, double seconds,

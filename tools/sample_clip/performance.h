@@ -22,7 +22,7 @@ struct WritingHand {
 };
 
 /// How the other hand is held.
-enum class OtherHand { spread, atEase };
+enum class OtherHand { spread, idle };
 
 /// What the painter does at one frame. The right hand writes, the left one changes the colour.
 struct Moment {
