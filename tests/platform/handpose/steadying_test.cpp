@@ -61,9 +61,18 @@ TEST(Steadying, WhatWasSureIsNotDoubtedAtOnce) {
   Landmarks steady = handAt(100, 0.9);
   const Landmarks seen = handAt(100, 0.1);
   steady = steadied(steady, seen);
-  EXPECT_NEAR(steady[0].confidence, 0.72, 1e-9);
-  for (int i = 0; i < 20; ++i) steady = steadied(steady, seen);
+  EXPECT_NEAR(steady[0].confidence, 0.828, 1e-9);
+  for (int i = 0; i < 40; ++i) steady = steadied(steady, seen);
   EXPECT_NEAR(steady[0].confidence, 0.1, 1e-9);
+}
+
+TEST(Steadying, AFingertipThatIsOnlyNowAndThenSureIsBelievedInBetween) {
+  constexpr double kBelieved = 0.3;  // What a joint's confidence must exceed to count.
+  Landmarks steady = handAt(100, 0.4);
+  for (int i = 0; i < 30; ++i) {
+    steady = steadied(steady, handAt(100, i % 3 == 2 ? 0.4 : 0.2));
+    EXPECT_GT(steady[0].confidence, kBelieved) << i;
+  }
 }
 
 TEST(Steadying, AHandThatIsElsewhereIsBegunAnew) {
