@@ -13,8 +13,10 @@ class ChiralityVote {
   /// A hand seen beside another one: most likely the other hand of the same person.
   static ChiralityVote besides(Chirality other);
 
-  /// `right`: probability of a right hand, 0 to 1. `weight`: 0 to 1, how much it counts.
-  void add(double right, double weight);
+  /// `right`: probability of a right hand, 0 to 1. `weight`: 0 to 1, how much it counts. `beside`:
+  /// the same probability of the other hand in the picture. They are one person's, so what speaks
+  /// for a right hand there speaks for a left one here.
+  void add(double right, double weight, double beside = 0.5);
 
   Chirality chirality() const { return chirality_; }
 

@@ -37,12 +37,12 @@ double HandTrack::strangeness(const HandReading& reading) const {
   return jump + kOtherSide * std::max(0.0, -side * static_cast<int>(chirality()));
 }
 
-void HandTrack::follow(const HandReading& reading) {
+void HandTrack::follow(const HandReading& reading, const HandReading* beside) {
   landmarks_ = steadied(landmarks_, reading.landmarks);
   box_ = boxOf(reading.landmarks);
   cropSize_ = std::max(box_.size, kMostShrinking * cropSize_);
   score_ = scoreOf(reading);
-  vote_.add(reading.right, reading.presence);
+  vote_.add(reading.right, reading.presence, beside ? beside->right : 0.5);
   misses_ = 0;
 }
 

@@ -31,8 +31,8 @@ class HandTrack {
   /// of the other side.
   double strangeness(const HandReading& reading) const;
 
-  /// The hand has been read again.
-  void follow(const HandReading& reading);
+  /// The hand has been read again. `beside`: what has been read of the other hand, if anything.
+  void follow(const HandReading& reading, const HandReading* beside = nullptr);
 
   /// The hand could not be read. It stays as it was, for one frame.
   void miss();

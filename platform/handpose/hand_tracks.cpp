@@ -24,6 +24,15 @@ constexpr double kBetterSwapped = 0.2;  // By so much less strange, before two r
 constexpr double kSeenWithin = 0.5;     // Of a hand's size: a candidate so near confirms it.
 constexpr double kReach = 1.5;          // How far a hand may have gone while it was lost, in hands.
 
+/// What has been read of the other hand, or nothing.
+const HandReading* readOfOther(const std::vector<std::optional<HandReading>>& readings,
+                               std::size_t hand) {
+  for (std::size_t i = 0; i < readings.size(); ++i) {
+    if (i != hand && readings[i]) return &*readings[i];
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 HandTracks::HandTracks(HandVision& vision) : vision_(vision) {}
@@ -91,7 +100,7 @@ void HandTracks::keepHandsApart(Readings& readings) {
 void HandTracks::apply(const Readings& readings) {
   for (std::size_t i = 0; i < tracks_.size(); ++i) {
     if (readings[i]) {
-      tracks_[i].follow(*readings[i]);
+      tracks_[i].follow(*readings[i], readOfOther(readings, i));
     } else {
       tracks_[i].miss();
     }

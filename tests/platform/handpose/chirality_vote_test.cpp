@@ -58,6 +58,18 @@ TEST(ChiralityVote, ASureHandIsWhatItLooksLikeWhateverIsBesideIt) {
   EXPECT_EQ(vote.chirality(), Chirality::right);
 }
 
+TEST(ChiralityVote, OfTwoHandsThatBothLookRightTheSurerOneIsRight) {
+  ChiralityVote surer;
+  ChiralityVote other = ChiralityVote::besides(Chirality::right);
+  surer.add(0.99, 1);
+  for (int frame = 0; frame < 10; ++frame) {
+    surer.add(0.99, 1, 0.85);
+    other.add(0.85, 1, 0.99);
+  }
+  EXPECT_EQ(surer.chirality(), Chirality::right);
+  EXPECT_EQ(other.chirality(), Chirality::left);
+}
+
 TEST(ChiralityVote, CertaintyAndNonsenseAreTakenInStride) {
   ChiralityVote vote;
   vote.add(std::numeric_limits<double>::quiet_NaN(), 1);

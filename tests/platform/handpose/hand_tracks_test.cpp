@@ -315,6 +315,18 @@ TEST_F(HandTracksTest, ReadingsThatLandOnTheOtherHandGoToItsTrack) {
   EXPECT_EQ(idAt(hands, {280, 262}), right);
 }
 
+TEST_F(HandTracksTest, TwoHandsAreNotBothRightOnes) {
+  vision.hands = {{.box = {{150, 200}, 90, 0}, .right = 0.85},
+                  {.box = {{450, 200}, 90, 0}, .right = 0.99}};
+  std::vector<TrackedHand> hands;
+  for (int frame = 0; frame < 30; ++frame) hands = next();
+  ASSERT_EQ(hands.size(), 2u);
+  for (const TrackedHand& hand : hands) {
+    const bool isSurer = boxOf(hand.landmarks).centre.x > 300;
+    EXPECT_EQ(hand.chirality, isSurer ? Chirality::right : Chirality::left);
+  }
+}
+
 TEST_F(HandTracksTest, ChiralityDoesNotFlickerWhileTheNetworkDoes) {
   vision.hands = {{.box = {{300, 200}, 90, 0}, .right = 0.9}};
   next(5);
