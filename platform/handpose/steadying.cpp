@@ -1,6 +1,7 @@
 #include "platform/handpose/steadying.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 
 namespace platform::handpose {
@@ -15,8 +16,7 @@ constexpr double kFarthestJump = 2;       // Hand sizes in one frame.
 /// How far a joint goes towards where it is seen: nearly all the way only where that is all but
 /// certain. Below, the fingertips of a still hand wander by more than what parts a pinch.
 double stepFor(double confidence) {
-  const double square = confidence * confidence;
-  return kLeastStep + (1 - kLeastStep) * square * square;
+  return kLeastStep + (1 - kLeastStep) * std::pow(confidence, 6);
 }
 
 Point middleOf(const Landmarks& hand) {
