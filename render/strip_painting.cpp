@@ -143,12 +143,12 @@ void paintStripRows(const StripTask& t, CellSpan rows, BandOfRow across, BandOfR
     const int first = fromX > 0 ? static_cast<int>(fromX) + 1 : 0;
     const int end = toX < columns ? static_cast<int>(toX) + 1 : mask.columns;
     const std::ptrdiff_t row = y * mask.stride;
-    const float qy = static_cast<float>(y) - p.startY;
+    const float qy = static_cast<float>(y + mask.top) - p.startY;
     const Floats rowS = hn::Set(f, qy * p.alongY - p.startX * p.alongX);
     const Floats rowV = hn::Set(f, qy * p.alongX + p.startX * p.alongY);
     for (int x = first; x < end; x += lanes) {
       x = std::min(x, lastStart);
-      const Floats column = hn::Iota(f, static_cast<float>(x));
+      const Floats column = hn::Iota(f, static_cast<float>(x + mask.left));
       paintCells<kBent, kCore, kThin>(t, hn::Add(rowS, hn::Mul(column, alongX)),
                                       hn::Sub(rowV, hn::Mul(column, alongY)), mask.cells + row + x,
                                       kCore ? core + row + x : nullptr);
@@ -162,14 +162,14 @@ HWY_INLINE CellSpan rowsWithin(float low, float high, int rows) {
   return {static_cast<int>(std::max(low, 0.0f)), static_cast<int>(std::min(high + 1, most))};
 }
 
-/// A strip in pixels of the canvas as one in cells of the mask.
-HWY_INLINE Strip inCells(const Strip& strip, float step, const CellMask& mask) {
+/// A strip in pixels of the canvas as one in cells.
+HWY_INLINE Strip inCells(const Strip& strip, float step) {
   const float perPx = 1 / step;
   Strip p = strip;
-  p.startX = (p.startX + 0.5f) * perPx - 0.5f - static_cast<float>(mask.left);
-  p.startY = (p.startY + 0.5f) * perPx - 0.5f - static_cast<float>(mask.top);
-  p.endX = (p.endX + 0.5f) * perPx - 0.5f - static_cast<float>(mask.left);
-  p.endY = (p.endY + 0.5f) * perPx - 0.5f - static_cast<float>(mask.top);
+  p.startX = (p.startX + 0.5f) * perPx - 0.5f;
+  p.startY = (p.startY + 0.5f) * perPx - 0.5f;
+  p.endX = (p.endX + 0.5f) * perPx - 0.5f;
+  p.endY = (p.endY + 0.5f) * perPx - 0.5f;
   p.length *= perPx;
   p.bodyHalf *= perPx;
   p.coreHalf *= perPx;
@@ -177,6 +177,19 @@ HWY_INLINE Strip inCells(const Strip& strip, float step, const CellMask& mask) {
   p.endExtra *= perPx;
   p.bend *= step;
   return p;
+}
+
+/// Counts cells from the one where the strip starts. Positions are rounded the same then whichever
+/// cell the mask begins with.
+HWY_INLINE void countFromStart(Strip& p, CellMask& mask) {
+  const int column = static_cast<int>(p.startX), row = static_cast<int>(p.startY);
+  const float x = static_cast<float>(column), y = static_cast<float>(row);
+  p.startX -= x;
+  p.startY -= y;
+  p.endX -= x;
+  p.endY -= y;
+  mask.left -= column;
+  mask.top -= row;
 }
 
 HWY_INLINE StripTask taskFor(const Strip& strip, float full) {
@@ -206,17 +219,19 @@ void paintStrip(const Strip& p, const CellMask& mask, std::int16_t* core) {
   const float halfLength = 0.5f * (p.length + p.endExtra + p.startExtra) + lean + kStripSlack;
   const float middleY = p.startY + middle * p.alongY;
   const float height = halfLength * std::abs(p.alongY) + reach * std::abs(p.alongX);
-  const CellSpan rows = rowsWithin(middleY - height, middleY + height, mask.rows);
+  const float left = static_cast<float>(mask.left), top = static_cast<float>(mask.top);
+  const CellSpan rows = rowsWithin(middleY - height - top, middleY + height - top, mask.rows);
   if (rows.first >= rows.end) return;
-  const float down = static_cast<float>(rows.first) - p.startY;
+  const float down = static_cast<float>(rows.first + mask.top) - p.startY;
   BandOfRow across{0, 0, kStripFar}, along{0, 0, kStripFar};
   if (std::abs(p.alongY) > kLevel) {
     const float perRow = 1 / p.alongY;
-    across = {p.startX + down * p.alongX * perRow, p.alongX * perRow, reach * std::abs(perRow)};
+    across = {p.startX + down * p.alongX * perRow - left, p.alongX * perRow,
+              reach * std::abs(perRow)};
   }
   if (std::abs(p.alongX) > kLevel) {
     const float perColumn = 1 / p.alongX;
-    along = {p.startX + (middle - down * p.alongY) * perColumn, -p.alongY * perColumn,
+    along = {p.startX + (middle - down * p.alongY) * perColumn - left, -p.alongY * perColumn,
              halfLength * std::abs(perColumn)};
   }
   const bool isThin = (core ? p.coreHalf : p.bodyHalf) < task.borderReach;
@@ -243,7 +258,8 @@ void paintSmallDisc(float x, float y, float half, CellSpan rows, CellSpan column
         const auto sampleAt = [](int cell, int k) {
           return static_cast<float>(cell) - 0.5f + (static_cast<float>(k) + 0.5f) / kAlong;
         };
-        const float dx = sampleAt(column, i % kAlong) - x, dy = sampleAt(row, i / kAlong) - y;
+        const float dx = sampleAt(column + mask.left, i % kAlong) - x;
+        const float dy = sampleAt(row + mask.top, i / kAlong) - y;
         if (dx * dx + dy * dy <= half * half) ++inside;
       }
       std::int16_t& cell = cells[row * mask.stride + column];
@@ -252,11 +268,12 @@ void paintSmallDisc(float x, float y, float half, CellSpan rows, CellSpan column
   }
 }
 
-/// `x`, `y`: the centre, in cells of the mask; `cells`: laid out as the mask's.
+/// `x`, `y`: the centre, counted as the mask's first cell; `cells`: laid out as the mask's.
 void paintDisc(float x, float y, float half, std::int16_t* cells, const CellMask& mask) {
   const float reach = half + kHalfDiagonal;
-  const CellSpan rows = rowsWithin(y - reach, y + reach, mask.rows);
-  const CellSpan columns = rowsWithin(x - reach, x + reach, mask.columns);
+  const float left = static_cast<float>(mask.left), top = static_cast<float>(mask.top);
+  const CellSpan rows = rowsWithin(y - reach - top, y + reach - top, mask.rows);
+  const CellSpan columns = rowsWithin(x - reach - left, x + reach - left, mask.columns);
   if (rows.first >= rows.end || columns.first >= columns.end) return;
   if (half < kSmallDiscHalf) return paintSmallDisc(x, y, half, rows, columns, cells, mask);
   const F f;
@@ -264,11 +281,12 @@ void paintDisc(float x, float y, float half, std::int16_t* cells, const CellMask
   const Floats tiny = hn::Set(f, 1e-4f), full = hn::Set(f, static_cast<float>(mask.full));
   const int lastStart = std::max(mask.columns - lanes, 0);
   for (int row = rows.first; row < rows.end; ++row) {
-    const Floats qy = hn::Set(f, std::abs(static_cast<float>(row) - y));
+    const Floats qy = hn::Set(f, std::abs(static_cast<float>(row + mask.top) - y));
     std::int16_t* rowCells = cells + row * mask.stride;
     for (int column = columns.first; column < columns.end; column += lanes) {
       column = std::min(column, lastStart);
-      const Floats qx = hn::Abs(hn::Sub(hn::Iota(f, static_cast<float>(column)), hn::Set(f, x)));
+      const Floats cell = hn::Iota(f, static_cast<float>(column + mask.left));
+      const Floats qx = hn::Abs(hn::Sub(cell, hn::Set(f, x)));
       const Floats distance = hn::Sqrt(hn::Add(hn::Mul(qx, qx), hn::Mul(qy, qy)));
       const Floats length = hn::Max(distance, tiny);
       const Floats a = hn::Div(qx, length), b = hn::Div(qy, length);
@@ -279,10 +297,12 @@ void paintDisc(float x, float y, float half, std::int16_t* cells, const CellMask
   }
 }
 
-void paintAll(const Strip* strips, std::size_t count, float step, const CellMask& mask,
+void paintAll(const Strip* strips, std::size_t count, float step, const CellMask& all,
               std::int16_t* core) {
   for (std::size_t i = 0; i < count; ++i) {
-    const Strip p = inCells(strips[i], step, mask);
+    Strip p = inCells(strips[i], step);
+    CellMask mask = all;
+    countFromStart(p, mask);
     const auto paintEnd = [&](float x, float y) {
       paintDisc(x, y, p.bodyHalf, mask.cells, mask);
       if (core) paintDisc(x, y, p.coreHalf, core, mask);
