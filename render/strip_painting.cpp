@@ -123,35 +123,67 @@ HWY_INLINE void paintCells(const StripTask& t, Floats s, Floats v, std::int16_t*
   }
 }
 
+/// Where a strip's rows begin and end in the mask, and what its cells' places are counted from.
+struct StripRows {
+  static constexpr int kMost = 64;
+
+  alignas(64) std::int32_t first[kMost], end[kMost];  // Cells; none when first >= end.
+  alignas(64) float s[kMost], v[kMost];               // Along and across, in column 0.
+};
+
+/// For `count` rows from row `top` of the strip's cells on; `across` and `along` in the first.
+HWY_INLINE void findRows(const Strip& p, int top, int count, BandOfRow across, BandOfRow along,
+                         const CellMask& mask, StripRows& rows) {
+  const F f;
+  const Whole whole;
+  const Floats one = hn::Set(f, 1.0f), before = hn::Set(f, -1.0f);
+  const Floats last = hn::Set(f, static_cast<float>(mask.columns - 1));
+  const auto cellAfter = [&](Floats x) {
+    return hn::ConvertTo(whole, hn::Add(hn::Min(hn::Max(x, before), last), one));
+  };
+  for (int i = 0; i < count; i += static_cast<int>(hn::Lanes(f))) {
+    const Floats row = hn::Iota(f, static_cast<float>(i));
+    const auto centreOf = [&](const BandOfRow& band) {
+      return hn::Add(hn::Set(f, band.centre), hn::Mul(row, hn::Set(f, band.step)));
+    };
+    const Floats acrossAt = centreOf(across), alongAt = centreOf(along);
+    const Floats aside = hn::Set(f, across.width), ahead = hn::Set(f, along.width);
+    const Floats from = hn::Max(hn::Sub(acrossAt, aside), hn::Sub(alongAt, ahead));
+    const Floats to = hn::Min(hn::Add(acrossAt, aside), hn::Add(alongAt, ahead));
+    hn::Store(cellAfter(from), whole, rows.first + i);
+    hn::Store(cellAfter(to), whole, rows.end + i);
+    const Floats qy = hn::Sub(hn::Iota(f, static_cast<float>(top + i)), hn::Set(f, p.startY));
+    hn::Store(hn::Sub(hn::Mul(qy, hn::Set(f, p.alongY)), hn::Set(f, p.startX * p.alongX)), f,
+              rows.s + i);
+    hn::Store(hn::Add(hn::Mul(qy, hn::Set(f, p.alongX)), hn::Set(f, p.startX * p.alongY)), f,
+              rows.v + i);
+  }
+}
+
 /// `kThin`: the borders on both sides may share cells. `core`: as far from the masks' cells as in
 /// `mask` for the body; unused without.
 template <bool kBent, bool kCore, bool kThin>
-void paintStripRows(const StripTask& t, CellSpan rows, BandOfRow across, BandOfRow along,
+void paintStripRows(const StripTask& t, CellSpan span, BandOfRow across, BandOfRow along,
                     const CellMask& mask, std::int16_t* core) {
   const F f;
   const int lanes = static_cast<int>(hn::Lanes(f));
-  const Strip& p = t.strip;
-  const Floats alongX = hn::Set(f, p.alongX), alongY = hn::Set(f, p.alongY);
-  const float columns = static_cast<float>(mask.columns);
+  const Floats alongX = hn::Set(f, t.strip.alongX), alongY = hn::Set(f, t.strip.alongY);
   const int lastStart = std::max(mask.columns - lanes, 0);
-  for (int y = rows.first; y < rows.end; ++y) {
-    const float fromX = std::max(across.centre - across.width, along.centre - along.width);
-    const float toX = std::min(across.centre + across.width, along.centre + along.width);
-    across.centre += across.step;
-    along.centre += along.step;
-    if (!(fromX < toX) || toX < 0 || fromX > columns) continue;
-    const int first = fromX > 0 ? static_cast<int>(fromX) + 1 : 0;
-    const int end = toX < columns ? static_cast<int>(toX) + 1 : mask.columns;
-    const std::ptrdiff_t row = y * mask.stride;
-    const float qy = static_cast<float>(y + mask.top) - p.startY;
-    const Floats rowS = hn::Set(f, qy * p.alongY - p.startX * p.alongX);
-    const Floats rowV = hn::Set(f, qy * p.alongX + p.startX * p.alongY);
-    for (int x = first; x < end; x += lanes) {
-      x = std::min(x, lastStart);
-      const Floats column = hn::Iota(f, static_cast<float>(x + mask.left));
-      paintCells<kBent, kCore, kThin>(t, hn::Add(rowS, hn::Mul(column, alongX)),
-                                      hn::Sub(rowV, hn::Mul(column, alongY)), mask.cells + row + x,
-                                      kCore ? core + row + x : nullptr);
+  StripRows rows;
+  for (int top = span.first; top < span.end; top += StripRows::kMost) {
+    const int count = std::min(span.end - top, StripRows::kMost);
+    findRows(t.strip, top + mask.top, count, across, along, mask, rows);
+    across.centre += across.step * StripRows::kMost;
+    along.centre += along.step * StripRows::kMost;
+    for (int i = 0; i < count; ++i) {
+      const std::ptrdiff_t row = (top + i) * mask.stride;
+      for (int x = rows.first[i]; x < rows.end[i]; x += lanes) {
+        x = std::min(x, lastStart);
+        const Floats column = hn::Iota(f, static_cast<float>(x + mask.left));
+        paintCells<kBent, kCore, kThin>(t, hn::Add(hn::Set(f, rows.s[i]), hn::Mul(column, alongX)),
+                                        hn::Sub(hn::Set(f, rows.v[i]), hn::Mul(column, alongY)),
+                                        mask.cells + row + x, kCore ? core + row + x : nullptr);
+      }
     }
   }
 }
@@ -268,6 +300,25 @@ void paintSmallDisc(float x, float y, float half, CellSpan rows, CellSpan column
   }
 }
 
+/// The share of a cell inside a disc whose border is straight within it. `qx`, `qy`: how far its
+/// centre is from the disc's along the axes.
+HWY_INLINE Floats discShare(float half, Floats qx, Floats qy, Floats distance2) {
+  const F f;
+  const Floats zero = hn::Zero(f), one = hn::Set(f, 1.0f), tiny = hn::Set(f, 1e-4f);
+  const Floats distance = hn::Sqrt(distance2);
+  const Floats perLength = hn::Div(one, hn::Max(distance, tiny));
+  const Floats a = hn::Mul(qx, perLength), b = hn::Mul(qy, perLength);
+  const Floats larger = hn::Max(hn::Max(a, b), tiny), smaller = hn::Max(hn::Min(a, b), tiny);
+  const Floats depth = hn::Sub(hn::Set(f, half), distance);
+  const Floats reach = hn::Mul(hn::Set(f, 0.5f), hn::Add(larger, smaller));
+  const Floats beyond = hn::Max(hn::Sub(reach, hn::Abs(depth)), zero);
+  const Floats corner = hn::Min(beyond, smaller);
+  const Floats twice = hn::Add(smaller, smaller);
+  const Floats area = hn::Add(hn::Mul(corner, corner), hn::Mul(twice, hn::Sub(beyond, corner)));
+  const Floats outer = hn::Div(area, hn::Mul(twice, larger));
+  return hn::IfThenElse(hn::Gt(depth, zero), hn::Sub(one, outer), outer);
+}
+
 /// `x`, `y`: the centre, counted as the mask's first cell; `cells`: laid out as the mask's.
 void paintDisc(float x, float y, float half, std::int16_t* cells, const CellMask& mask) {
   const float reach = half + kHalfDiagonal;
@@ -278,7 +329,9 @@ void paintDisc(float x, float y, float half, std::int16_t* cells, const CellMask
   if (half < kSmallDiscHalf) return paintSmallDisc(x, y, half, rows, columns, cells, mask);
   const F f;
   const int lanes = static_cast<int>(hn::Lanes(f));
-  const Floats tiny = hn::Set(f, 1e-4f), full = hn::Set(f, static_cast<float>(mask.full));
+  const Floats full = hn::Set(f, static_cast<float>(mask.full));
+  const Floats outside2 = hn::Set(f, reach * reach);
+  const Floats inside2 = hn::Set(f, (half - kHalfDiagonal) * (half - kHalfDiagonal));
   const int lastStart = std::max(mask.columns - lanes, 0);
   for (int row = rows.first; row < rows.end; ++row) {
     const Floats qy = hn::Set(f, std::abs(static_cast<float>(row + mask.top) - y));
@@ -287,12 +340,10 @@ void paintDisc(float x, float y, float half, std::int16_t* cells, const CellMask
       column = std::min(column, lastStart);
       const Floats cell = hn::Iota(f, static_cast<float>(column + mask.left));
       const Floats qx = hn::Abs(hn::Sub(cell, hn::Set(f, x)));
-      const Floats distance = hn::Sqrt(hn::Add(hn::Mul(qx, qx), hn::Mul(qy, qy)));
-      const Floats length = hn::Max(distance, tiny);
-      const Floats a = hn::Div(qx, length), b = hn::Div(qy, length);
-      const Floats share = squareShare(hn::Sub(hn::Set(f, half), distance),
-                                       hn::Max(hn::Max(a, b), tiny), hn::Max(hn::Min(a, b), tiny));
-      raise(hn::Mul(share, full), rowCells + column);
+      const Floats distance2 = hn::Add(hn::Mul(qx, qx), hn::Mul(qy, qy));
+      if (hn::AllTrue(f, hn::Ge(distance2, outside2))) continue;
+      const bool isInside = hn::AllTrue(f, hn::Le(distance2, inside2));
+      raise(isInside ? full : hn::Mul(discShare(half, qx, qy, distance2), full), rowCells + column);
     }
   }
 }
