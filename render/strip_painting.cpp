@@ -18,6 +18,8 @@ inline constexpr float kStripSlack = 0.1f;
 inline constexpr float kStripFar = 1e9f;
 inline constexpr float kHalfDiagonal = 0.7072f;
 inline constexpr float kSmallDiscHalf = 1.5f;
+// Of single precision, a few steps of it.
+inline constexpr float kRounding = 1e-6f;
 // A line this level meets a row everywhere or nowhere.
 inline constexpr float kLevel = 1e-3f;
 
@@ -330,8 +332,10 @@ void paintDisc(float x, float y, float half, std::int16_t* cells, const CellMask
   const F f;
   const int lanes = static_cast<int>(hn::Lanes(f));
   const Floats full = hn::Set(f, static_cast<float>(mask.full));
-  const Floats outside2 = hn::Set(f, reach * reach);
-  const Floats inside2 = hn::Set(f, (half - kHalfDiagonal) * (half - kHalfDiagonal));
+  // With room for rounding, so that a vector is passed over only where each cell alone would be.
+  const float sure = kHalfDiagonal + kRounding * half;
+  const Floats outside2 = hn::Set(f, (half + sure) * (half + sure));
+  const Floats inside2 = hn::Set(f, (half - sure) * (half - sure));
   const int lastStart = std::max(mask.columns - lanes, 0);
   for (int row = rows.first; row < rows.end; ++row) {
     const Floats qy = hn::Set(f, std::abs(static_cast<float>(row + mask.top) - y));
