@@ -59,19 +59,6 @@ HWY_INLINE Floats distanceTo(const LocalPiece& p, Floats qx, Floats qy) {
   return distanceToLine(p, qx, qy);
 }
 
-/// The share of a unit square inside a straight border that its centre is `depth` inside of.
-/// `larger`, `smaller`: the sizes of the border's unit normal along the axes, `smaller` > 0.
-HWY_INLINE Floats squareShare(Floats depth, Floats larger, Floats smaller) {
-  const F f;
-  const Floats zero = hn::Zero(f), one = hn::Set(f, 1.0f), half = hn::Set(f, 0.5f);
-  const Floats beyond =
-      hn::Max(hn::Sub(hn::Mul(half, hn::Add(larger, smaller)), hn::Abs(depth)), zero);
-  const Floats corner = hn::Min(beyond, smaller);
-  const Floats triangle = hn::Div(hn::Mul(corner, corner), hn::Add(smaller, smaller));
-  const Floats outer = hn::Div(hn::Add(triangle, hn::Sub(beyond, corner)), larger);
-  return hn::IfThenElse(hn::Gt(depth, zero), hn::Sub(one, outer), outer);
-}
-
 }  // namespace render::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 

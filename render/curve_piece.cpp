@@ -109,11 +109,12 @@ bool isFinite(const CurvePiece& p) {
          std::isfinite(p.x2) && std::isfinite(p.y2);
 }
 
-/// The direction of the curve at its start or end; no length where it has none.
+/// The direction of the curve at its start or end, as it is painted: straight pieces go along their
+/// chord. No length where it has none.
 Corner direction(double fromX, double fromY, double toX, double toY, const CurvePiece& p) {
   Corner d{toX - fromX, toY - fromY};
   double length = lengthOf(d.x, d.y);
-  if (length < 1e-6) {
+  if (p.isStraight || length < 1e-6) {
     d = {p.x2 - p.x0, p.y2 - p.y0};
     length = lengthOf(d.x, d.y);
   }

@@ -197,7 +197,7 @@ void LivePainting::layNext(int number, TileBrush& brush) {
       brush.lay(*entry.shape, entry.colors, entry.alpha, x, y, paint);
     }
   }
-  tile.finishStroke(isUnsettledAfter(tile, entry.serial), mostCheckpoints_);
+  tile.finishStroke(isUnsettledAfter(tile, entry), mostCheckpoints_);
 }
 
 }  // namespace render

@@ -206,10 +206,11 @@ bool LivePainting::isFading(const LiveTile& tile) const {
                      [this](std::uint64_t serial) { return entryOf(serial).alpha < 1; });
 }
 
-bool LivePainting::isUnsettledAfter(const LiveTile& tile, std::uint64_t serial) const {
+bool LivePainting::isUnsettledAfter(const LiveTile& tile, const Entry& laid) const {
+  if (laid.alpha < 1) return false;
   // The next stroke above will change with the next frame, while this one and those below stay.
   const auto& strokes = tile.strokes();
-  const auto next = std::upper_bound(strokes.begin(), strokes.end(), serial);
+  const auto next = std::upper_bound(strokes.begin(), strokes.end(), laid.serial);
   if (next == strokes.end()) return false;
   const bool willChange = *next == entries_.back().serial || entryOf(*next).alpha < 1;
   return willChange && std::all_of(strokes.begin(), next, [this](std::uint64_t below) {

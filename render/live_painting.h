@@ -94,7 +94,7 @@ class LivePainting {
   const KeptShares* keptShares(const Entry& entry, int tileX, int tileY) const;
   void layBefore(std::size_t first, std::size_t end, int work);
   void layNext(int number, TileBrush& brush);
-  bool isUnsettledAfter(const LiveTile& tile, std::uint64_t serial) const;
+  bool isUnsettledAfter(const LiveTile& tile, const Entry& laid) const;
   bool isFading(const LiveTile& tile) const;
   const Entry& entryOf(std::uint64_t serial) const;
   std::size_t indexOf(std::uint64_t serial) const;

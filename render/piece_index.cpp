@@ -8,8 +8,8 @@ namespace render {
 
 namespace {
 
-// Depths are wanted this far outside the paint: see DistanceField::kDepthKept.
-constexpr double kBorderPx = 2;
+// A pixel that the border crosses has its centre no farther outside the paint.
+constexpr double kBorderPx = 1;
 
 template <typename Visit>
 void forEachTile(const PixelRect& tiles, Visit visit) {

@@ -18,6 +18,8 @@ inline constexpr float kStripSlack = 0.1f;
 inline constexpr float kStripFar = 1e9f;
 inline constexpr float kHalfDiagonal = 0.7072f;
 inline constexpr float kSmallDiscHalf = 1.5f;
+// Of single precision, a few steps of it.
+inline constexpr float kRounding = 1e-6f;
 // A line this level meets a row everywhere or nowhere.
 inline constexpr float kLevel = 1e-3f;
 
@@ -123,35 +125,67 @@ HWY_INLINE void paintCells(const StripTask& t, Floats s, Floats v, std::int16_t*
   }
 }
 
+/// Where a strip's rows begin and end in the mask, and what its cells' places are counted from.
+struct StripRows {
+  static constexpr int kMost = 64;
+
+  alignas(64) std::int32_t first[kMost], end[kMost];  // Cells; none when first >= end.
+  alignas(64) float s[kMost], v[kMost];               // Along and across, in column 0.
+};
+
+/// For `count` rows from row `top` of the strip's cells on; `across` and `along` in the first.
+HWY_INLINE void findRows(const Strip& p, int top, int count, BandOfRow across, BandOfRow along,
+                         const CellMask& mask, StripRows& rows) {
+  const F f;
+  const Whole whole;
+  const Floats one = hn::Set(f, 1.0f), before = hn::Set(f, -1.0f);
+  const Floats last = hn::Set(f, static_cast<float>(mask.columns - 1));
+  const auto cellAfter = [&](Floats x) {
+    return hn::ConvertTo(whole, hn::Add(hn::Min(hn::Max(x, before), last), one));
+  };
+  for (int i = 0; i < count; i += static_cast<int>(hn::Lanes(f))) {
+    const Floats row = hn::Iota(f, static_cast<float>(i));
+    const auto centreOf = [&](const BandOfRow& band) {
+      return hn::Add(hn::Set(f, band.centre), hn::Mul(row, hn::Set(f, band.step)));
+    };
+    const Floats acrossAt = centreOf(across), alongAt = centreOf(along);
+    const Floats aside = hn::Set(f, across.width), ahead = hn::Set(f, along.width);
+    const Floats from = hn::Max(hn::Sub(acrossAt, aside), hn::Sub(alongAt, ahead));
+    const Floats to = hn::Min(hn::Add(acrossAt, aside), hn::Add(alongAt, ahead));
+    hn::Store(cellAfter(from), whole, rows.first + i);
+    hn::Store(cellAfter(to), whole, rows.end + i);
+    const Floats qy = hn::Sub(hn::Iota(f, static_cast<float>(top + i)), hn::Set(f, p.startY));
+    hn::Store(hn::Sub(hn::Mul(qy, hn::Set(f, p.alongY)), hn::Set(f, p.startX * p.alongX)), f,
+              rows.s + i);
+    hn::Store(hn::Add(hn::Mul(qy, hn::Set(f, p.alongX)), hn::Set(f, p.startX * p.alongY)), f,
+              rows.v + i);
+  }
+}
+
 /// `kThin`: the borders on both sides may share cells. `core`: as far from the masks' cells as in
 /// `mask` for the body; unused without.
 template <bool kBent, bool kCore, bool kThin>
-void paintStripRows(const StripTask& t, CellSpan rows, BandOfRow across, BandOfRow along,
+void paintStripRows(const StripTask& t, CellSpan span, BandOfRow across, BandOfRow along,
                     const CellMask& mask, std::int16_t* core) {
   const F f;
   const int lanes = static_cast<int>(hn::Lanes(f));
-  const Strip& p = t.strip;
-  const Floats alongX = hn::Set(f, p.alongX), alongY = hn::Set(f, p.alongY);
-  const float columns = static_cast<float>(mask.columns);
+  const Floats alongX = hn::Set(f, t.strip.alongX), alongY = hn::Set(f, t.strip.alongY);
   const int lastStart = std::max(mask.columns - lanes, 0);
-  for (int y = rows.first; y < rows.end; ++y) {
-    const float fromX = std::max(across.centre - across.width, along.centre - along.width);
-    const float toX = std::min(across.centre + across.width, along.centre + along.width);
-    across.centre += across.step;
-    along.centre += along.step;
-    if (!(fromX < toX) || toX < 0 || fromX > columns) continue;
-    const int first = fromX > 0 ? static_cast<int>(fromX) + 1 : 0;
-    const int end = toX < columns ? static_cast<int>(toX) + 1 : mask.columns;
-    const std::ptrdiff_t row = y * mask.stride;
-    const float qy = static_cast<float>(y) - p.startY;
-    const Floats rowS = hn::Set(f, qy * p.alongY - p.startX * p.alongX);
-    const Floats rowV = hn::Set(f, qy * p.alongX + p.startX * p.alongY);
-    for (int x = first; x < end; x += lanes) {
-      x = std::min(x, lastStart);
-      const Floats column = hn::Iota(f, static_cast<float>(x));
-      paintCells<kBent, kCore, kThin>(t, hn::Add(rowS, hn::Mul(column, alongX)),
-                                      hn::Sub(rowV, hn::Mul(column, alongY)), mask.cells + row + x,
-                                      kCore ? core + row + x : nullptr);
+  StripRows rows;
+  for (int top = span.first; top < span.end; top += StripRows::kMost) {
+    const int count = std::min(span.end - top, StripRows::kMost);
+    findRows(t.strip, top + mask.top, count, across, along, mask, rows);
+    across.centre += across.step * StripRows::kMost;
+    along.centre += along.step * StripRows::kMost;
+    for (int i = 0; i < count; ++i) {
+      const std::ptrdiff_t row = (top + i) * mask.stride;
+      for (int x = rows.first[i]; x < rows.end[i]; x += lanes) {
+        x = std::min(x, lastStart);
+        const Floats column = hn::Iota(f, static_cast<float>(x + mask.left));
+        paintCells<kBent, kCore, kThin>(t, hn::Add(hn::Set(f, rows.s[i]), hn::Mul(column, alongX)),
+                                        hn::Sub(hn::Set(f, rows.v[i]), hn::Mul(column, alongY)),
+                                        mask.cells + row + x, kCore ? core + row + x : nullptr);
+      }
     }
   }
 }
@@ -162,14 +196,14 @@ HWY_INLINE CellSpan rowsWithin(float low, float high, int rows) {
   return {static_cast<int>(std::max(low, 0.0f)), static_cast<int>(std::min(high + 1, most))};
 }
 
-/// A strip in pixels of the canvas as one in cells of the mask.
-HWY_INLINE Strip inCells(const Strip& strip, float step, const CellMask& mask) {
+/// A strip in pixels of the canvas as one in cells.
+HWY_INLINE Strip inCells(const Strip& strip, float step) {
   const float perPx = 1 / step;
   Strip p = strip;
-  p.startX = (p.startX + 0.5f) * perPx - 0.5f - static_cast<float>(mask.left);
-  p.startY = (p.startY + 0.5f) * perPx - 0.5f - static_cast<float>(mask.top);
-  p.endX = (p.endX + 0.5f) * perPx - 0.5f - static_cast<float>(mask.left);
-  p.endY = (p.endY + 0.5f) * perPx - 0.5f - static_cast<float>(mask.top);
+  p.startX = (p.startX + 0.5f) * perPx - 0.5f;
+  p.startY = (p.startY + 0.5f) * perPx - 0.5f;
+  p.endX = (p.endX + 0.5f) * perPx - 0.5f;
+  p.endY = (p.endY + 0.5f) * perPx - 0.5f;
   p.length *= perPx;
   p.bodyHalf *= perPx;
   p.coreHalf *= perPx;
@@ -177,6 +211,19 @@ HWY_INLINE Strip inCells(const Strip& strip, float step, const CellMask& mask) {
   p.endExtra *= perPx;
   p.bend *= step;
   return p;
+}
+
+/// Counts cells from the one where the strip starts. Positions are rounded the same then whichever
+/// cell the mask begins with.
+HWY_INLINE void countFromStart(Strip& p, CellMask& mask) {
+  const int column = static_cast<int>(p.startX), row = static_cast<int>(p.startY);
+  const float x = static_cast<float>(column), y = static_cast<float>(row);
+  p.startX -= x;
+  p.startY -= y;
+  p.endX -= x;
+  p.endY -= y;
+  mask.left -= column;
+  mask.top -= row;
 }
 
 HWY_INLINE StripTask taskFor(const Strip& strip, float full) {
@@ -206,17 +253,19 @@ void paintStrip(const Strip& p, const CellMask& mask, std::int16_t* core) {
   const float halfLength = 0.5f * (p.length + p.endExtra + p.startExtra) + lean + kStripSlack;
   const float middleY = p.startY + middle * p.alongY;
   const float height = halfLength * std::abs(p.alongY) + reach * std::abs(p.alongX);
-  const CellSpan rows = rowsWithin(middleY - height, middleY + height, mask.rows);
+  const float left = static_cast<float>(mask.left), top = static_cast<float>(mask.top);
+  const CellSpan rows = rowsWithin(middleY - height - top, middleY + height - top, mask.rows);
   if (rows.first >= rows.end) return;
-  const float down = static_cast<float>(rows.first) - p.startY;
+  const float down = static_cast<float>(rows.first + mask.top) - p.startY;
   BandOfRow across{0, 0, kStripFar}, along{0, 0, kStripFar};
   if (std::abs(p.alongY) > kLevel) {
     const float perRow = 1 / p.alongY;
-    across = {p.startX + down * p.alongX * perRow, p.alongX * perRow, reach * std::abs(perRow)};
+    across = {p.startX + down * p.alongX * perRow - left, p.alongX * perRow,
+              reach * std::abs(perRow)};
   }
   if (std::abs(p.alongX) > kLevel) {
     const float perColumn = 1 / p.alongX;
-    along = {p.startX + (middle - down * p.alongY) * perColumn, -p.alongY * perColumn,
+    along = {p.startX + (middle - down * p.alongY) * perColumn - left, -p.alongY * perColumn,
              halfLength * std::abs(perColumn)};
   }
   const bool isThin = (core ? p.coreHalf : p.bodyHalf) < task.borderReach;
@@ -243,7 +292,8 @@ void paintSmallDisc(float x, float y, float half, CellSpan rows, CellSpan column
         const auto sampleAt = [](int cell, int k) {
           return static_cast<float>(cell) - 0.5f + (static_cast<float>(k) + 0.5f) / kAlong;
         };
-        const float dx = sampleAt(column, i % kAlong) - x, dy = sampleAt(row, i / kAlong) - y;
+        const float dx = sampleAt(column + mask.left, i % kAlong) - x;
+        const float dy = sampleAt(row + mask.top, i / kAlong) - y;
         if (dx * dx + dy * dy <= half * half) ++inside;
       }
       std::int16_t& cell = cells[row * mask.stride + column];
@@ -252,37 +302,62 @@ void paintSmallDisc(float x, float y, float half, CellSpan rows, CellSpan column
   }
 }
 
-/// `x`, `y`: the centre, in cells of the mask; `cells`: laid out as the mask's.
+/// The share of a cell inside a disc whose border is straight within it. `qx`, `qy`: how far its
+/// centre is from the disc's along the axes.
+HWY_INLINE Floats discShare(float half, Floats qx, Floats qy, Floats distance2) {
+  const F f;
+  const Floats zero = hn::Zero(f), one = hn::Set(f, 1.0f), tiny = hn::Set(f, 1e-4f);
+  const Floats distance = hn::Sqrt(distance2);
+  const Floats perLength = hn::Div(one, hn::Max(distance, tiny));
+  const Floats a = hn::Mul(qx, perLength), b = hn::Mul(qy, perLength);
+  const Floats larger = hn::Max(hn::Max(a, b), tiny), smaller = hn::Max(hn::Min(a, b), tiny);
+  const Floats depth = hn::Sub(hn::Set(f, half), distance);
+  const Floats reach = hn::Mul(hn::Set(f, 0.5f), hn::Add(larger, smaller));
+  const Floats beyond = hn::Max(hn::Sub(reach, hn::Abs(depth)), zero);
+  const Floats corner = hn::Min(beyond, smaller);
+  const Floats twice = hn::Add(smaller, smaller);
+  const Floats area = hn::Add(hn::Mul(corner, corner), hn::Mul(twice, hn::Sub(beyond, corner)));
+  const Floats outer = hn::Div(area, hn::Mul(twice, larger));
+  return hn::IfThenElse(hn::Gt(depth, zero), hn::Sub(one, outer), outer);
+}
+
+/// `x`, `y`: the centre, counted as the mask's first cell; `cells`: laid out as the mask's.
 void paintDisc(float x, float y, float half, std::int16_t* cells, const CellMask& mask) {
   const float reach = half + kHalfDiagonal;
-  const CellSpan rows = rowsWithin(y - reach, y + reach, mask.rows);
-  const CellSpan columns = rowsWithin(x - reach, x + reach, mask.columns);
+  const float left = static_cast<float>(mask.left), top = static_cast<float>(mask.top);
+  const CellSpan rows = rowsWithin(y - reach - top, y + reach - top, mask.rows);
+  const CellSpan columns = rowsWithin(x - reach - left, x + reach - left, mask.columns);
   if (rows.first >= rows.end || columns.first >= columns.end) return;
   if (half < kSmallDiscHalf) return paintSmallDisc(x, y, half, rows, columns, cells, mask);
   const F f;
   const int lanes = static_cast<int>(hn::Lanes(f));
-  const Floats tiny = hn::Set(f, 1e-4f), full = hn::Set(f, static_cast<float>(mask.full));
+  const Floats full = hn::Set(f, static_cast<float>(mask.full));
+  // With room for rounding, so that a vector is passed over only where each cell alone would be.
+  const float sure = kHalfDiagonal + kRounding * half;
+  const Floats outside2 = hn::Set(f, (half + sure) * (half + sure));
+  const Floats inside2 = hn::Set(f, (half - sure) * (half - sure));
   const int lastStart = std::max(mask.columns - lanes, 0);
   for (int row = rows.first; row < rows.end; ++row) {
-    const Floats qy = hn::Set(f, std::abs(static_cast<float>(row) - y));
+    const Floats qy = hn::Set(f, std::abs(static_cast<float>(row + mask.top) - y));
     std::int16_t* rowCells = cells + row * mask.stride;
     for (int column = columns.first; column < columns.end; column += lanes) {
       column = std::min(column, lastStart);
-      const Floats qx = hn::Abs(hn::Sub(hn::Iota(f, static_cast<float>(column)), hn::Set(f, x)));
-      const Floats distance = hn::Sqrt(hn::Add(hn::Mul(qx, qx), hn::Mul(qy, qy)));
-      const Floats length = hn::Max(distance, tiny);
-      const Floats a = hn::Div(qx, length), b = hn::Div(qy, length);
-      const Floats share = squareShare(hn::Sub(hn::Set(f, half), distance),
-                                       hn::Max(hn::Max(a, b), tiny), hn::Max(hn::Min(a, b), tiny));
-      raise(hn::Mul(share, full), rowCells + column);
+      const Floats cell = hn::Iota(f, static_cast<float>(column + mask.left));
+      const Floats qx = hn::Abs(hn::Sub(cell, hn::Set(f, x)));
+      const Floats distance2 = hn::Add(hn::Mul(qx, qx), hn::Mul(qy, qy));
+      if (hn::AllTrue(f, hn::Ge(distance2, outside2))) continue;
+      const bool isInside = hn::AllTrue(f, hn::Le(distance2, inside2));
+      raise(isInside ? full : hn::Mul(discShare(half, qx, qy, distance2), full), rowCells + column);
     }
   }
 }
 
-void paintAll(const Strip* strips, std::size_t count, float step, const CellMask& mask,
+void paintAll(const Strip* strips, std::size_t count, float step, const CellMask& all,
               std::int16_t* core) {
   for (std::size_t i = 0; i < count; ++i) {
-    const Strip p = inCells(strips[i], step, mask);
+    Strip p = inCells(strips[i], step);
+    CellMask mask = all;
+    countFromStart(p, mask);
     const auto paintEnd = [&](float x, float y) {
       paintDisc(x, y, p.bodyHalf, mask.cells, mask);
       if (core) paintDisc(x, y, p.coreHalf, core, mask);

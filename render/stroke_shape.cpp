@@ -8,8 +8,8 @@ namespace render {
 
 namespace {
 
-// Without glow: borders are antialiased, and their slope is looked at from a pixel outside.
-constexpr double kBorderPx = 2;
+// Without glow: a pixel that the border crosses has its centre no farther outside the paint.
+constexpr double kBorderPx = 1;
 // A blur radius is this many sigmas of its Gaussian.
 constexpr double kSigmasInRadius = 2;
 // Of the two glow passes, in reference units.

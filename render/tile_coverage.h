@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "render/curve_piece.h"
-#include "render/distance_field.h"
 #include "render/local_piece.h"
 #include "render/paint_tile.h"
+#include "render/sampled_share.h"
 #include "render/strip.h"
 
 namespace render {
@@ -31,29 +31,25 @@ class TileCoverage {
   const std::int16_t* core() const { return core_; }
 
  private:
-  void findRuns(std::span<const Strip> strips);
-  void openRows(std::span<const Strip> strips, int top);
-  void paintRuns(std::span<const Strip> strips, int left, int top, bool withCore);
-  void paintCoarsely(int left, int top, bool withCore);
-  void paintFinely(int left, int top, bool withCore);
-  void refine(int left, int top, int y, std::uint64_t pixels, bool ofCore);
-  void localiseFinely();
-
   /// Pieces whose numbers follow each other and that form one smooth path, so that borders in it
   /// share no pixel unless they run alike.
   struct Run {
     int first = 0;
     int end = 0;
+    CellSpan rows;  // Of the tile, that it can touch.
   };
 
-  std::span<const CurvePiece> pieces_;  // While painting, as the numbers.
-  std::span<const int> numbers_;
-  std::vector<LocalPiece> fine_;  // The pieces in finer cells, once they are needed.
+  void findRuns(std::span<const Strip> strips, std::span<const int> numbers, int top);
+  void refineMeetings(std::span<const CurvePiece> pieces, std::span<const int> numbers, int left,
+                      int top);
+
   std::vector<Run> runs_;
+  SampledPieces sampled_;  // Where runs meet.
   int firstRow_ = 0;
   int endRow_ = 0;
-  DistanceField field_;
-  DistanceField fineField_;
+  // For each row, lowest bit first, the pixels that two runs cover partly.
+  std::uint64_t bodyMeetings_[PaintTile::kSide];
+  std::uint64_t coreMeetings_[PaintTile::kSide];
   alignas(64) std::int16_t body_[PaintTile::kSide * PaintTile::kSide];
   alignas(64) std::int16_t core_[PaintTile::kSide * PaintTile::kSide];
   // Of another run.

@@ -5,24 +5,18 @@ import numpy as np
 _NOISE = np.random.default_rng(0).normal(0, 1, (512, 512, 3)).astype(np.float32)
 
 
-def blur(picture, rng):
+def blur(picture, rng, scale):
+    """Out of focus, or moved; `scale`: how large the picture is against the one it is to become."""
     kind = rng.random()
     if kind < 0.55:
-        return cv2.GaussianBlur(picture, (0, 0), rng.uniform(0.4, 1.8))
-    length = int(rng.integers(3, 12))
+        return cv2.GaussianBlur(picture, (0, 0), max(0.4, scale * rng.uniform(0.4, 1.8)))
+    length = max(3, round(scale * rng.integers(3, 12)))
     kernel = np.zeros((length, length), np.float32)
     angle = rng.uniform(0, np.pi)
     middle, reach = (length - 1) / 2, (length - 1) / 2
     cv2.line(kernel, (round(middle - reach * np.cos(angle)), round(middle - reach * np.sin(angle))),
              (round(middle + reach * np.cos(angle)), round(middle + reach * np.sin(angle))), 1.0)
     return cv2.filter2D(picture, -1, kernel / kernel.sum())
-
-
-def lower_resolution(picture, rng, least):
-    height, width = picture.shape[:2]
-    share = rng.uniform(least, 0.85)
-    small = cv2.resize(picture, None, fx=share, fy=share, interpolation=cv2.INTER_AREA)
-    return cv2.resize(small, (width, height), interpolation=cv2.INTER_LINEAR)
 
 
 def light(picture, rng):
@@ -61,17 +55,20 @@ def compress(picture, rng):
 
 
 def develop(picture, rng, least_resolution=0.3):
-    """A random selection of all of the above."""
+    """A random selection of all of the above. Of the pictures of coarse cameras, and of far hands, one
+    pixel's noise and compression become several pixels': they are developed small and enlarged."""
+    height, width = picture.shape[:2]
+    scale = rng.uniform(least_resolution, 0.85) if rng.random() < 0.4 else 1
+    if scale < 1:
+        picture = cv2.resize(picture, None, fx=scale, fy=scale, interpolation=cv2.INTER_AREA)
     if rng.random() < 0.25:
         picture = shade(picture, rng)
     if rng.random() < 0.9:
         picture = light(picture, rng)
     if rng.random() < 0.25:
-        picture = blur(picture, rng)
-    if rng.random() < 0.22:
-        picture = lower_resolution(picture, rng, least_resolution)
+        picture = blur(picture, rng, scale)
     if rng.random() < 0.28:
         picture = noise(picture, rng)
     if rng.random() < 0.25:
         picture = compress(picture, rng)
-    return picture
+    return cv2.resize(picture, (width, height), interpolation=cv2.INTER_LINEAR) if scale < 1 else picture

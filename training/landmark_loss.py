@@ -90,5 +90,5 @@ def landmark_loss(net, heat, merged, pooled, joints, visible, right, weight, pre
     parts["confidence"] = masked(F.binary_cross_entropy_with_logits(confidence, good, reduction="none"),
                                  presence[:, None].expand_as(good))
     total = (0.5 * parts["heat"] + parts["distance"] + parts["presence"] + 0.5 * parts["right"]
-             + 0.8 * parts["palm"] + 0.5 * parts["confidence"] + 0.5 * parts["gap"] + 0.3 * parts["pinch"])
+             + 0.8 * parts["palm"] + 1.5 * parts["confidence"] + 0.5 * parts["gap"] + 0.3 * parts["pinch"])
     return total, parts

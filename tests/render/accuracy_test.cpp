@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <random>
 #include <string>
+#include <vector>
 
 #include "reference_painter.h"
 #include "render/canvas_renderer.h"
@@ -111,6 +113,41 @@ INSTANTIATE_TEST_SUITE_P(Strokes, Accuracy,
                            return std::get<0>(param.param).name +
                                   std::to_string(std::get<1>(param.param));
                          });
+
+/// Back and forth from corner to corner, each a bend much tighter than the stroke is wide.
+strokes::Stroke scribble(double width) {
+  std::mt19937 dice(10);
+  const auto coordinate = [&dice] { return 15 + static_cast<double>(dice() % 1200) / 10; };
+  std::vector<strokes::StrokePoint> points;
+  for (int i = 0; i < 60; ++i) {
+    const double x = coordinate();
+    points.push_back({x, coordinate(), width});
+  }
+  return strokeInUnits(points, 1);
+}
+
+TEST(ScribbleAccuracy, CornersHaveNeitherHolesNorTips) {
+  constexpr int kHeight = 1080, kSide = kShownUnits * kHeight / 800;
+  for (const double width : {1.5, 3.0, 8.0, 20.0}) {
+    RenderScene scene;
+    scene.background = CanvasBackground::transparent;
+    scene.glow = false;
+    scene.strokes = {scribble(width)};
+    const auto exact =
+        referencePicture(scene.strokes[0], false, kHeight * kAspect, kHeight, kSide, kSide);
+    pixels::Surface drawn(kSide, kSide);
+
+    CanvasRenderer::render(scene, {drawn.view(), 1}, {kHeight * kAspect, kHeight});
+
+    double worst = 0;
+    for (int y = 0; y < kSide; ++y) {
+      for (int x = 0; x < kSide; ++x)
+        worst = std::max(worst, std::abs(drawn.row(y)[4 * x + 3] - exact.at(x, y).a));
+    }
+    // A sample of sixteen in a pixel may fall on the other side of a corner.
+    EXPECT_LE(worst, 24) << "a stroke " << width << " wide";
+  }
+}
 
 }  // namespace
 }  // namespace render

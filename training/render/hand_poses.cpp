@@ -306,6 +306,7 @@ HandPose stretched(HandPose pinched) {
 }
 
 HandPose paintingHandPose(const HandRig& rig, Random& random) {
+  if (random.chance(0.18f)) return randomHandPose(rig, Gesture::openSpread, random);
   HandPose pose = randomHandPose(rig, Gesture::pinch, random);
   if (random.chance(0.6f)) {  // All other fingers alike: straight, or folded, or in between.
     const float together = random.unit();
@@ -317,9 +318,15 @@ HandPose paintingHandPose(const HandRig& rig, Random& random) {
       pose.spread[f] = radians(random.normal(4));
     }
   }
-  const bool isClosed = random.chance(0.5f);
-  const float apart = isClosed ? random.between(-0.02f, 0.05f) : random.between(0.05f, 0.75f);
-  return between(pose, stretched(pose), std::max(0.0f, apart));
+  if (random.chance(0.45f)) {  // Closed.
+    return between(pose, stretched(pose), std::max(0.0f, random.between(-0.02f, 0.05f)));
+  }
+  if (random.chance(0.3f)) {  // The whole hand opens, not the two fingers alone.
+    constexpr Gesture kOpen[] = {Gesture::openSpread, Gesture::openTogether, Gesture::relaxed};
+    const Gesture opened = kOpen[random.below(static_cast<int>(std::size(kOpen)))];
+    return between(pose, randomHandPose(rig, opened, random), random.between(0.15f, 1));
+  }
+  return between(pose, stretched(pose), random.between(0.05f, 0.75f));
 }
 
 }  // namespace training::render

@@ -33,8 +33,8 @@ HandPose between(const HandPose& a, const HandPose& b, float t);
 /// The same hand with thumb and index finger stretched away from each other.
 HandPose stretched(HandPose pinched);
 
-/// The hand of somebody who paints: a pinch, or thumb and index finger on the way to one, the other
-/// fingers as they please.
+/// The hand of somebody who paints: a pinch, two fingers or the whole hand on the way to one, or
+/// the open, spread hand that changes the colour.
 HandPose paintingHandPose(const HandRig& rig, Random& random);
 
 }  // namespace training::render
