@@ -19,7 +19,7 @@ start_camera_services
 
 # Black at first, until the window is there to see the person come.
 showings=(videotestsrc pattern=black num-buffers=150 ! 'video/x-raw,width=640,height=360,framerate=30/1' ! showings.)
-for _ in 1 2 3; do showings+=(filesrc "location=$clip" ! decodebin ! showings.); done
+for _ in 1 2 3 4 5; do showings+=(filesrc "location=$clip" ! decodebin ! showings.); done
 plug_in 1280 720 "${showings[@]}" concat name=showings ! videoscale ! videoconvert ! videorate ! \
   identity sync=true
 start_program "$program"

@@ -41,15 +41,25 @@ XML
 # plug_in WIDTH HEIGHT SOURCE...: a camera of that size which shows what the words of a GStreamer
 # source make. Returns when PipeWire lists it.
 plug_in() {
-  local width=$1 height=$2
+  camera=
+  wait_until "the camera to be listed" camera_comes "$@"
+}
+
+# camera_comes: as plug_in, once; on a busy machine PipeWire does not take every camera in.
+camera_comes() {
+  local width=$1 height=$2 deadline=$((SECONDS + 8))
   shift 2
+  [ -z "$camera" ] || unplug
   gst-launch-1.0 -q "$@" ! "video/x-raw,format=YUY2,width=$width,height=$height,framerate=30/1" ! \
     pipewiresink mode=provide \
     'stream-properties=p,media.class=Video/Source,media.role=Camera,node.name=virtual-camera' \
     >/dev/null 2>&1 &
   camera=$!
   pids+=("$camera")
-  wait_until "the camera to be listed" camera_is_listed
+  until camera_is_listed; do
+    [ "$SECONDS" -lt "$deadline" ] || return 1
+    sleep 0.1
+  done
 }
 
 camera_is_listed() { pw-cli ls Node 2>/dev/null | grep -q virtual-camera; }
@@ -58,6 +68,6 @@ camera_is_listed() { pw-cli ls Node 2>/dev/null | grep -q virtual-camera; }
 plug_in_bars() { plug_in "$1" "$2" videotestsrc is-live=true pattern=smpte; }
 
 unplug() {
-  kill -KILL "$camera"
+  kill -KILL "$camera" 2>/dev/null || true
   wait "$camera" 2>/dev/null || true
 }
