@@ -11,6 +11,7 @@ struct LocalPiece {
   float startX, startY;
   float chordX, chordY;  // From the start to the end.
   float inverseChord2;   // One over the chord's length squared, 0 without a chord.
+  // The curve's control point lies across from the chord's middle.
   float speedX, speedY;  // Twice the way from the start to the control point.
   float bendX, bendY;    // Start - 2 control + end.
   float smallestSlope2;  // Keeps Newton's step finite near the centre of curvature.
@@ -21,12 +22,6 @@ struct LocalPiece {
   // (q - end) . endDirection <= endExtra.
   float startDirectionX, startDirectionY, startExtra;
   float endDirectionX, endDirectionY, endExtra;
-};
-
-/// Cells of a row, from `first` up to but not including `end`.
-struct CellSpan {
-  int first = 0;
-  int end = 0;
 };
 
 /// `step`: device pixels per cell.

@@ -21,6 +21,12 @@ struct CellMask {
   static constexpr int kPaintedTogether = 16;
 };
 
+/// Neighbouring cells of a row or a column, from `first` up to but not including `end`.
+struct CellSpan {
+  int first = 0;
+  int end = 0;
+};
+
 /// Paints pieces, round ends included, one over the other: raises the cells of `bodies` to their
 /// shares inside the strokes, and those at `cores`, unless null, laid out alike, to their shares
 /// inside the light cores. Borders are taken to be straight within a cell. `step`: pixels per cell.

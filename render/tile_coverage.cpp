@@ -5,7 +5,6 @@
 #include <cstring>
 
 #include "render/joining.h"
-#include "render/strip_painting.h"
 
 namespace render {
 

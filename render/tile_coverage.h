@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "render/curve_piece.h"
-#include "render/local_piece.h"
 #include "render/paint_tile.h"
 #include "render/sampled_share.h"
 #include "render/strip.h"
+#include "render/strip_painting.h"
 
 namespace render {
 
