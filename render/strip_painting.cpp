@@ -8,6 +8,7 @@
 #include "hwy/foreach_target.h"  // IWYU pragma: keep
 #include "hwy/highway.h"
 #include "render/curve_distance-inl.h"
+#include "render/short_strip-inl.h"
 
 #ifndef RENDER_STRIP_PAINTING_TASK
 #define RENDER_STRIP_PAINTING_TASK
@@ -352,20 +353,37 @@ void paintDisc(float x, float y, float half, std::int16_t* cells, const CellMask
   }
 }
 
-void paintAll(const Strip* strips, std::size_t count, float step, const CellMask& all,
+/// `isPainted`: all but its round ends.
+HWY_INLINE void paintWhole(const Strip& strip, float step, bool isPainted, CellMask mask,
+                           std::int16_t* core) {
+  Strip p = inCells(strip, step);
+  countFromStart(p, mask);
+  const auto paintEnd = [&](float x, float y) {
+    paintDisc(x, y, p.bodyHalf, mask.cells, mask);
+    if (core) paintDisc(x, y, p.coreHalf, core, mask);
+  };
+  if (p.startsRound) paintEnd(p.startX, p.startY);
+  if (p.length == 0) return;
+  if (!isPainted) paintStrip(p, mask, core);
+  if (p.endsRound) paintEnd(p.endX, p.endY);
+}
+
+void paintAll(const Strip* strips, std::size_t count, float step, const CellMask& mask,
               std::int16_t* core) {
-  for (std::size_t i = 0; i < count; ++i) {
-    Strip p = inCells(strips[i], step);
-    CellMask mask = all;
-    countFromStart(p, mask);
-    const auto paintEnd = [&](float x, float y) {
-      paintDisc(x, y, p.bodyHalf, mask.cells, mask);
-      if (core) paintDisc(x, y, p.coreHalf, core, mask);
-    };
-    if (p.startsRound) paintEnd(p.startX, p.startY);
-    if (p.length == 0) continue;
-    paintStrip(p, mask, core);
-    if (p.endsRound) paintEnd(p.endX, p.endY);
+  if (!mask.isTile) {
+    for (std::size_t i = 0; i < count; ++i) paintWhole(strips[i], step, false, mask, core);
+    return;
+  }
+  for (std::size_t i = 0; i < count; i += kMostShortStrips) {
+    const Strip* some = strips + i;
+    const int number = static_cast<int>(std::min<std::size_t>(count - i, kMostShortStrips));
+    const std::uint32_t painted = core ? paintShortStrips<true>(some, number, mask, core)
+                                       : paintShortStrips<false>(some, number, mask, nullptr);
+    for (int k = 0; k < number; ++k) {
+      const bool isPainted = (painted >> k & 1) != 0;
+      if (isPainted && !some[k].startsRound && !some[k].endsRound) continue;
+      paintWhole(some[k], step, isPainted, mask, core);
+    }
   }
 }
 

@@ -16,7 +16,8 @@ struct CellMask {
   int top = 0;
   int columns = 0;  ///< At least kPaintedTogether; rows may be written that far beyond otherwise.
   int rows = 0;
-  std::int16_t full = 0;
+  std::int16_t full = 0;  ///< kFull in a tile.
+  bool isTile = false;    ///< Of a PaintTile's cells, one a pixel, `columns` apart.
 
   static constexpr int kPaintedTogether = 16;
 };

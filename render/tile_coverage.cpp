@@ -53,7 +53,7 @@ void TileCoverage::paint(std::span<const CurvePiece> pieces, std::span<const Str
     if (withCore) std::memset(cores + start, 0, bytes);
     const auto first = static_cast<std::size_t>(run.first);
     paintPieces(strips.subspan(first, static_cast<std::size_t>(run.end) - first), 1,
-                {bodies, kTile, left, top, kTile, kTile, kFull}, withCore ? cores : nullptr);
+                {bodies, kTile, left, top, kTile, kTile, kFull, true}, withCore ? cores : nullptr);
     if (isFirst) continue;
     joinRows(bodies, rows.first, rows.end, body_, bodyMeetings_);
     if (withCore) joinRows(cores, rows.first, rows.end, core_, coreMeetings_);
