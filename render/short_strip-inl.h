@@ -13,8 +13,8 @@
 #include <cstdint>
 
 #include "hwy/highway.h"
-#include "render/curve_distance-inl.h"
 #include "render/paint_tile.h"
+#include "render/strip_distance-inl.h"
 #include "render/strip_painting.h"
 
 HWY_BEFORE_NAMESPACE();

@@ -7,8 +7,8 @@
 #define HWY_TARGET_INCLUDE "render/strip_painting.cpp"
 #include "hwy/foreach_target.h"  // IWYU pragma: keep
 #include "hwy/highway.h"
-#include "render/curve_distance-inl.h"
 #include "render/short_strip-inl.h"
+#include "render/strip_distance-inl.h"
 
 #ifndef RENDER_STRIP_PAINTING_TASK
 #define RENDER_STRIP_PAINTING_TASK
@@ -77,15 +77,12 @@ HWY_INLINE Floats shareBeyond(const StripTask& t, Floats away) {
                  hn::Mul(hn::Sub(beyond, corner), hn::Set(f, t.perSide)));
 }
 
-/// `distance`: from the curve; `beyond`: how far it is beyond the strip's end.
 template <bool kThin>
-HWY_INLINE Floats shareOfBreadth(const StripTask& t, const StripBreadth& breadth, Floats distance,
-                                 Floats beyond) {
+HWY_INLINE Floats shareOfBreadth(const StripTask& t, const StripBreadth& breadth,
+                                 const ByStrip& place) {
   const F f;
-  // A circle's border sinks below its tangent by this much, to the fourth power.
-  const Floats perDoubleHalf = hn::Set(f, breadth.perDoubleHalf), half = hn::Set(f, breadth.half);
-  const Floats sunk = hn::Mul(hn::Mul(beyond, beyond), perDoubleHalf);
-  distance = hn::Add(distance, hn::Add(sunk, hn::Mul(hn::Mul(sunk, sunk), perDoubleHalf)));
+  const Floats half = hn::Set(f, breadth.half);
+  const Floats distance = sunkDistance(place, breadth.perDoubleHalf);
   const Floats depth = hn::Sub(half, distance);
   const Floats across = shareBeyond(t, hn::Abs(depth));
   Floats share =
@@ -99,30 +96,14 @@ template <bool kBent, bool kCore, bool kThin>
 HWY_INLINE void paintCells(const StripTask& t, Floats s, Floats v, std::int16_t* body,
                            std::int16_t* core) {
   const F f;
-  const Strip& p = t.strip;
-  const Floats left = hn::Sub(hn::Set(f, p.length), s);
-  Floats beforeStart = hn::Neg(s), beyondEnd = hn::Neg(left), distance = hn::Abs(v), beyond;
-  const auto lookBeyond = [&] { beyond = hn::Max(hn::Max(beforeStart, beyondEnd), hn::Zero(f)); };
-  if constexpr (kBent) {
-    const Floats lean = hn::Mul(v, hn::Set(f, p.tilt));
-    beforeStart = hn::Sub(beforeStart, lean);
-    beyondEnd = hn::Sub(beyondEnd, lean);
-    lookBeyond();
-    // Beyond its ends the curve goes straight on.
-    const Floats straightened = hn::Mul(beyond, hn::Add(beyond, hn::Add(lean, lean)));
-    const Floats curve = hn::Mul(hn::Add(hn::Mul(s, left), straightened), hn::Set(f, p.bend));
-    const Floats risen = hn::Add(curve, hn::Mul(beyond, hn::Set(f, p.tilt)));
-    const Floats cosine = hn::Add(hn::Mul(risen, hn::Set(f, 2 * p.bend)), hn::Set(f, t.cosine));
-    distance = hn::Mul(hn::Abs(hn::Sub(v, curve)), cosine);
-  } else {
-    lookBeyond();
-  }
-  const auto counts = hn::And(hn::Le(beforeStart, hn::Set(f, p.startExtra)),
-                              hn::Le(beyondEnd, hn::Set(f, p.endExtra)));
-  raise(hn::IfThenElseZero(counts, shareOfBreadth<kThin>(t, t.body, distance, beyond)), body);
+  const ByStrip place = byStrip<kBent>(t.strip, t.cosine, s, v);
+  const auto share = [&](const StripBreadth& breadth) {
+    return hn::IfThenElseZero(place.counts, shareOfBreadth<kThin>(t, breadth, place));
+  };
+  raise(share(t.body), body);
   if constexpr (kCore) {
-    if (hn::AllTrue(f, hn::Ge(distance, hn::Set(f, t.core.half + t.borderReach)))) return;
-    raise(hn::IfThenElseZero(counts, shareOfBreadth<kThin>(t, t.core, distance, beyond)), core);
+    if (hn::AllTrue(f, hn::Ge(place.distance, hn::Set(f, t.core.half + t.borderReach)))) return;
+    raise(share(t.core), core);
   }
 }
 
@@ -233,7 +214,7 @@ HWY_INLINE StripTask taskFor(const Strip& strip, float full) {
   task.body = {strip.bodyHalf, 0.5f / strip.bodyHalf};
   task.core = {strip.coreHalf, 0.5f / strip.coreHalf};
   task.bulge = std::abs(strip.bend) * strip.length * strip.length * 0.25f;
-  task.cosine = 1 - 0.5f * strip.tilt * strip.tilt;
+  task.cosine = cosineOfTilt(strip);
   const float a = std::abs(strip.alongX), b = std::abs(strip.alongY);
   const float larger = std::max(a, b);
   task.smaller = std::max(std::min(a, b), 1e-4f);

@@ -5,8 +5,7 @@
 namespace render {
 
 SharpMasks TileBrush::sharpMasks(const StrokeShape& shape, int tileX, int tileY) {
-  coverage_.paint(shape.pieces_, shape.strips_, shape.index_.piecesIn(tileX, tileY), tileX, tileY,
-                  shape.glow_);
+  coverage_.paint(shape.strips_, shape.index_.piecesIn(tileX, tileY), tileX, tileY, shape.glow_);
   const int start = coverage_.firstRow() * PaintTile::kSide;
   return {coverage_.body() + start, shape.glow_ ? coverage_.core() + start : nullptr,
           coverage_.firstRow(), coverage_.endRow()};

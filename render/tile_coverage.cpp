@@ -34,8 +34,8 @@ CellSpan rowsOf(std::span<const Strip> strips, int top) {
 
 }  // namespace
 
-void TileCoverage::paint(std::span<const CurvePiece> pieces, std::span<const Strip> strips,
-                         std::span<const int> numbers, int tileX, int tileY, bool withCore) {
+void TileCoverage::paint(std::span<const Strip> strips, std::span<const int> numbers, int tileX,
+                         int tileY, bool withCore) {
   const int left = tileX * kTile, top = tileY * kTile;
   findRuns(strips, numbers, top);
   std::memset(bodyMeetings_, 0, sizeof bodyMeetings_);
@@ -58,7 +58,7 @@ void TileCoverage::paint(std::span<const CurvePiece> pieces, std::span<const Str
     joinRows(bodies, rows.first, rows.end, body_, bodyMeetings_);
     if (withCore) joinRows(cores, rows.first, rows.end, core_, coreMeetings_);
   }
-  refineMeetings(pieces, numbers, left, top);
+  refineMeetings(strips, numbers, left, top);
 }
 
 void TileCoverage::findRuns(std::span<const Strip> strips, std::span<const int> numbers, int top) {
@@ -86,12 +86,12 @@ void TileCoverage::findRuns(std::span<const Strip> strips, std::span<const int> 
   }
 }
 
-void TileCoverage::refineMeetings(std::span<const CurvePiece> pieces, std::span<const int> numbers,
+void TileCoverage::refineMeetings(std::span<const Strip> strips, std::span<const int> numbers,
                                   int left, int top) {
   bool isReady = false;
   const auto refine = [&](std::int16_t* row, int y, std::uint64_t pixels, bool ofCore) {
     if (!pixels) return;
-    if (!isReady) sampled_.take(pieces, numbers);
+    if (!isReady) sampled_.take(strips, numbers);
     isReady = true;
     for (; pixels; pixels &= pixels - 1) {
       const int x = std::countr_zero(pixels);

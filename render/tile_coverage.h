@@ -4,7 +4,6 @@
 #include <span>
 #include <vector>
 
-#include "render/curve_piece.h"
 #include "render/paint_tile.h"
 #include "render/sampled_share.h"
 #include "render/strip.h"
@@ -16,10 +15,10 @@ namespace render {
 /// glows, its core.
 class TileCoverage {
  public:
-  /// Paints the pieces with these numbers, which are all those that come within a few pixels of the
-  /// tile. `strips`: the same pieces as strips.
-  void paint(std::span<const CurvePiece> pieces, std::span<const Strip> strips,
-             std::span<const int> numbers, int tileX, int tileY, bool withCore);
+  /// Paints the strips with these numbers, which are all those that come within a few pixels of the
+  /// tile.
+  void paint(std::span<const Strip> strips, std::span<const int> numbers, int tileX, int tileY,
+             bool withCore);
 
   /// Nothing is painted outside these rows, and their masks are undefined.
   int firstRow() const { return firstRow_; }
@@ -31,7 +30,7 @@ class TileCoverage {
   const std::int16_t* core() const { return core_; }
 
  private:
-  /// Pieces whose numbers follow each other and that form one smooth path, so that borders in it
+  /// Strips whose numbers follow each other and that form one smooth path, so that borders in it
   /// share no pixel unless they run alike.
   struct Run {
     int first = 0;
@@ -40,11 +39,11 @@ class TileCoverage {
   };
 
   void findRuns(std::span<const Strip> strips, std::span<const int> numbers, int top);
-  void refineMeetings(std::span<const CurvePiece> pieces, std::span<const int> numbers, int left,
+  void refineMeetings(std::span<const Strip> strips, std::span<const int> numbers, int left,
                       int top);
 
   std::vector<Run> runs_;
-  SampledPieces sampled_;  // Where runs meet.
+  SampledStrips sampled_;  // Where runs meet.
   int firstRow_ = 0;
   int endRow_ = 0;
   // For each row, lowest bit first, the pixels that two runs cover partly.
