@@ -137,9 +137,9 @@ double showingEnd(const CurvePiece& piece, const CurvePiece& neighbour) {
   return kJointPx + std::sqrt(2 * (piece.bodyHalf + kSeenPx) * excess + excess * excess);
 }
 
+/// Of two gentle ones.
 void trimJoint(CurvePiece& before, CurvePiece& after) {
   if (before.x2 != after.x0 || before.y2 != after.y0) return;
-  if (!isGentle(before) || !isGentle(after)) return;
   const Corner in = direction(before.x1, before.y1, before.x2, before.y2, before);
   const Corner out = direction(after.x0, after.y0, after.x1, after.y1, after);
   const double sine = std::abs(in.x * out.y - in.y * out.x);
@@ -185,7 +185,12 @@ void appendCurvePieces(const strokes::StrokePoints& points, const CanvasMapping&
 }
 
 void trimJoints(std::span<CurvePiece> pieces) {
-  for (std::size_t i = 0; i + 1 < pieces.size(); ++i) trimJoint(pieces[i], pieces[i + 1]);
+  bool wasGentle = false;
+  for (std::size_t i = 0; i < pieces.size(); ++i) {
+    const bool gentle = isGentle(pieces[i]);
+    if (wasGentle && gentle) trimJoint(pieces[i - 1], pieces[i]);
+    wasGentle = gentle;
+  }
 }
 
 }  // namespace render

@@ -51,12 +51,6 @@ void PieceIndex::sortPieces(std::span<const CurvePiece> pieces) {
   }
 }
 
-bool PieceIndex::isReached(int tileX, int tileY) const {
-  const bool isWithin =
-      tileX >= tiles_.left && tileX < tiles_.right && tileY >= tiles_.top && tileY < tiles_.bottom;
-  return isWithin && reached_[slot(tileX, tileY)] != 0;
-}
-
 std::span<const int> PieceIndex::piecesIn(int tileX, int tileY) const {
   const auto first = static_cast<std::size_t>(starts_[slot(tileX, tileY)]);
   const auto end = static_cast<std::size_t>(starts_[slot(tileX, tileY) + 1]);

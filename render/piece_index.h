@@ -24,7 +24,11 @@ class PieceIndex {
   const PixelRect& tiles() const { return tiles_; }
 
   /// Whether any light can fall into the tile.
-  bool isReached(int tileX, int tileY) const;
+  bool isReached(int tileX, int tileY) const {
+    const bool isWithin = tileX >= tiles_.left && tileX < tiles_.right && tileY >= tiles_.top &&
+                          tileY < tiles_.bottom;
+    return isWithin && reached_[slot(tileX, tileY)] != 0;
+  }
 
   std::size_t bytesHeld() const {
     return reached_.capacity() + (starts_.capacity() + numbers_.capacity()) * sizeof(int);

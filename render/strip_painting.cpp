@@ -289,13 +289,12 @@ void paintSmallDisc(float x, float y, float half, CellSpan rows, CellSpan column
 HWY_INLINE Floats discShare(float half, Floats qx, Floats qy, Floats distance2) {
   const F f;
   const Floats zero = hn::Zero(f), one = hn::Set(f, 1.0f), tiny = hn::Set(f, 1e-4f);
+  // All but the depth is as much larger than in a cell as the distance.
+  const Floats larger = hn::Max(hn::Max(qx, qy), tiny), smaller = hn::Max(hn::Min(qx, qy), tiny);
   const Floats distance = hn::Sqrt(distance2);
-  const Floats perLength = hn::Div(one, hn::Max(distance, tiny));
-  const Floats a = hn::Mul(qx, perLength), b = hn::Mul(qy, perLength);
-  const Floats larger = hn::Max(hn::Max(a, b), tiny), smaller = hn::Max(hn::Min(a, b), tiny);
   const Floats depth = hn::Sub(hn::Set(f, half), distance);
   const Floats reach = hn::Mul(hn::Set(f, 0.5f), hn::Add(larger, smaller));
-  const Floats beyond = hn::Max(hn::Sub(reach, hn::Abs(depth)), zero);
+  const Floats beyond = hn::Max(hn::Sub(reach, hn::Mul(hn::Abs(depth), distance)), zero);
   const Floats corner = hn::Min(beyond, smaller);
   const Floats twice = hn::Add(smaller, smaller);
   const Floats area = hn::Add(hn::Mul(corner, corner), hn::Mul(twice, hn::Sub(beyond, corner)));

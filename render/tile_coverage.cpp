@@ -13,23 +13,12 @@ namespace {
 constexpr int kTile = PaintTile::kSide;
 // Beyond half its width, what a piece can touch.
 constexpr float kReachPx = 4;
-constexpr float kFarPx = 1e9f;
 // A path that turns less than this in all cannot come back to itself: half a circle.
 constexpr float kLargestTurn = 3.0f;
 
-/// The rows of a tile, from row `top` of the canvas on, that strips can touch.
-CellSpan rowsOf(std::span<const Strip> strips, int top) {
-  float above = kFarPx, below = -kFarPx;
-  for (const Strip& strip : strips) {
-    const float reach = strip.bodyHalf + kReachPx;
-    above = std::min({above, strip.startY - reach, strip.endY - reach});
-    below = std::max({below, strip.startY + reach, strip.endY + reach});
-  }
-  const auto row = [top](float y) {
-    return static_cast<int>(
-        std::clamp(y - static_cast<float>(top), 0.0f, static_cast<float>(kTile)));
-  };
-  return {row(above), std::max(row(below + 1), row(above))};
+/// The row of a tile that begins with row `top` of the canvas.
+int rowOf(float y, int top) {
+  return static_cast<int>(std::clamp(y - static_cast<float>(top), 0.0f, static_cast<float>(kTile)));
 }
 
 }  // namespace
@@ -69,18 +58,21 @@ void TileCoverage::findRuns(std::span<const Strip> strips, std::span<const int> 
     turned += strip.turn;
     const bool goesOn =
         !runs_.empty() && runs_.back().end == number && !strip.isCorner && turned < kLargestTurn;
-    if (goesOn) {
-      runs_.back().end = number + 1;
-    } else {
-      runs_.push_back({number, number + 1, {}});
+    if (!goesOn) {
+      runs_.push_back({number, number, strip.startY, strip.startY, {}});
       turned = 0;
     }
+    Run& run = runs_.back();
+    const float reach = strip.bodyHalf + kReachPx;
+    run.end = number + 1;
+    run.above = std::min(run.above, std::min(strip.startY, strip.endY) - reach);
+    run.below = std::max(run.below, std::max(strip.startY, strip.endY) + reach);
   }
   firstRow_ = runs_.empty() ? 0 : kTile;
   endRow_ = 0;
   for (Run& run : runs_) {
-    const auto first = static_cast<std::size_t>(run.first);
-    run.rows = rowsOf(strips.subspan(first, static_cast<std::size_t>(run.end) - first), top);
+    run.rows.first = rowOf(run.above, top);
+    run.rows.end = std::max(rowOf(run.below + 1, top), run.rows.first);
     firstRow_ = std::min(firstRow_, run.rows.first);
     endRow_ = std::max(endRow_, run.rows.end);
   }

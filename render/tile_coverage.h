@@ -35,7 +35,8 @@ class TileCoverage {
   struct Run {
     int first = 0;
     int end = 0;
-    CellSpan rows;  // Of the tile, that it can touch.
+    float above = 0, below = 0;  // The canvas's rows that it can touch lie between.
+    CellSpan rows;               // Those of the tile.
   };
 
   void findRuns(std::span<const Strip> strips, std::span<const int> numbers, int top);
