@@ -22,8 +22,8 @@ constexpr double kParabolaShare = 4e-5;  // Of half the width, for very wide str
 constexpr int kDeepestSplit = 40;
 // Depths are looked at this far outside the border.
 constexpr double kSeenPx = 2;
-// Pieces overlap this much where they join.
-constexpr double kJointPx = 1;
+// A joint that a bend opens less at the border is closed by the overlap.
+constexpr double kWidestGapPx = 0.25;
 
 struct Corner {
   double x = 0;
@@ -144,7 +144,7 @@ void trimJoint(CurvePiece& before, CurvePiece& after) {
   const Corner out = direction(after.x0, after.y0, after.x1, after.y1, after);
   const double sine = std::abs(in.x * out.y - in.y * out.x);
   const double widest = std::max(before.bodyHalf, after.bodyHalf) + kSeenPx;
-  if (in.x * out.x + in.y * out.y < 0.5 || sine * widest > kJointPx / 4) return;
+  if (in.x * out.x + in.y * out.y < 0.5 || sine * widest > kWidestGapPx) return;
   before.endExtra = showingEnd(before, after);
   after.startExtra = showingEnd(after, before);
 }

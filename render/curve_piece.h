@@ -30,6 +30,9 @@ struct CurvePiece {
   PixelRect box(double margin) const;
 };
 
+/// Pieces that join smoothly overlap this much, pixels.
+inline constexpr double kJointPx = 0.5;
+
 /// The light core's share of a stroke's width.
 inline constexpr double kCoreWidth = 0.4;
 

@@ -14,7 +14,7 @@ constexpr double kShowingShare = 0.42;
 constexpr float kSeenPx = 2;
 
 bool isRound(double extra, double half) {
-  return extra > 1 + kShowingShare * half;
+  return extra > kJointPx + kShowingShare * half;
 }
 
 Strip stripOf(const CurvePiece& p) {
