@@ -31,8 +31,9 @@ LiveFrame LiveCanvas::draw(const RenderScene& scene, const pixels::DrawingContex
   pixels_ = pixels;
   glow_ = scene.glow;
 
-  const std::vector<int>& changed = painting_.update(scene, mapping, pixels.width, pixels.height);
   layer_.resize(pixels.width, pixels.height);
+  const std::vector<int>& changed =
+      painting_.update(scene, mapping, pixels.width, pixels.height, layer_);
   const bool isJustBuilt = !isBuilt_ && !painting_.isBuilding();
   isBuilt_ = !painting_.isBuilding();
   const int count = painting_.tiles().width() * painting_.tiles().height();
@@ -66,6 +67,7 @@ bool LiveCanvas::isSameGround(const RenderScene& scene) const {
 }
 
 void LiveCanvas::showTile(int tile) {
+  if (painting_.hasShown(tile)) return;
   const int columns = painting_.tiles().width();
   layer_.show(tile % columns, tile / columns, painting_.paintOf(tile));
 }

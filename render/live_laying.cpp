@@ -39,7 +39,7 @@ unsigned threadsFor(int work) {
 
 }  // namespace
 
-void LivePainting::paintStale(const RenderScene& scene) {
+void LivePainting::paintStale(const RenderScene& scene, StrokesLayer& layer) {
   std::sort(stale_.begin(), stale_.end());
   stale_.erase(std::unique(stale_.begin(), stale_.end()), stale_.end());
   const auto isFresh = [this](int tile) {
@@ -66,7 +66,7 @@ void LivePainting::paintStale(const RenderScene& scene) {
       ++i;
     }
     makeShapes();
-    layBefore(start, i, work - before);
+    layBefore(start, i, work - before, layer);
     for (std::size_t laid = start; laid < i; ++laid) {
       const bool isWanted = scene.fadeEnabled && entries_[laid].shapeTiles == tilesRect_;
       if (isBuilding_ || !isWanted || shapeBytes_ > kKeptShapeBytes) dropShape(entries_[laid]);
@@ -146,7 +146,7 @@ void LivePainting::keepShares(Entry& entry) {
     for (int x = reached.left; x < reached.right; ++x, ++place) {
       if (shapeBytes_ > kKeptShareBytes) return;
       if (*place || !entry.shape->isReached(x, y)) continue;
-      brushes_.front()->keep(*entry.shape, x, y, place->emplace());
+      workers_.front()->brush.keep(*entry.shape, x, y, place->emplace());
       shapeBytes_ += (*place)->bytesHeld();
     }
   }
@@ -164,37 +164,49 @@ const KeptShares* LivePainting::keptShares(const Entry& entry, int tileX, int ti
 }
 
 /// Lays strokes number `first` up to `end` over the tiles that wait for them: `work` times.
-void LivePainting::layBefore(std::size_t first, std::size_t end, int work) {
+void LivePainting::layBefore(std::size_t first, std::size_t end, int work, StrokesLayer& layer) {
   for (std::size_t i = first; anyFades_ && !isBuilding_ && i < end; ++i) {
     Entry& entry = entries_[i];
     if (entry.shape && entry.shares.empty() && entry.shapeTiles == tilesRect_) keepShares(entry);
   }
   const std::uint64_t endSerial = end < entries_.size() ? entries_[end].serial : nextSerial_;
   const unsigned threads = threadsFor(work);
-  while (brushes_.size() < threads) brushes_.push_back(std::make_unique<TileBrush>());
+  while (workers_.size() < threads) workers_.push_back(std::make_unique<Worker>());
+  if (anyFades_ && !isBuilding_) layer.makeRoom();
   // Every tile is painted by one thread alone, so the picture does not depend on their number.
   const int count = static_cast<int>(stale_.size());
-  std::atomic<std::size_t> nextBrush{0};
+  std::atomic<std::size_t> nextWorker{0};
   shareOut(count, threads, [&](const std::function<int()>& next) {
-    TileBrush& brush = *brushes_[nextBrush++];
-    for (int i = next(); i < count; i = next()) {
-      const int number = stale_[static_cast<std::size_t>(i)];
-      const LiveTile& tile = tiles_[static_cast<std::size_t>(number)];
-      while (tile.isStale() && tile.nextStroke() < endSerial) layNext(number, brush);
-    }
+    Worker& worker = *workers_[nextWorker++];
+    for (int i = next(); i < count; i = next())
+      layUpTo(endSerial, stale_[static_cast<std::size_t>(i)], worker, layer);
   });
 }
 
-void LivePainting::layNext(int number, TileBrush& brush) {
+/// Lays what the tile waits for of the strokes before `endSerial`.
+void LivePainting::layUpTo(std::uint64_t endSerial, int number, Worker& worker,
+                           StrokesLayer& layer) {
   LiveTile& tile = tiles_[static_cast<std::size_t>(number)];
-  const Entry& entry = entryOf(tile.nextStroke());
-  PaintTile& paint = tile.workPaint();
+  bool fades = false;
+  while (tile.isStale() && tile.nextStroke() < endSerial) {
+    const Entry& entry = entryOf(tile.nextStroke());
+    layNext(tile, entry, number, worker);
+    fades = fades || entry.alpha < 1;
+  }
+  if (!fades || isBuilding_ || tile.isStale()) return;
+  const int columns = tilesRect_.width();
+  layer.show(number % columns, number / columns, tile.shown().get());
+  if (auto spare = tile.giveUp()) worker.spare = std::move(spare);
+}
+
+void LivePainting::layNext(LiveTile& tile, const Entry& entry, int number, Worker& worker) {
+  PaintTile& paint = tile.workPaint(worker.spare);
   if (entry.alpha > 0) {
     const int x = number % tilesRect_.width(), y = number / tilesRect_.width();
     if (const KeptShares* kept = keptShares(entry, x, y)) {
       kept->lay(entry.colors, entry.alpha, paint);
     } else {
-      brush.lay(*entry.shape, entry.colors, entry.alpha, x, y, paint);
+      worker.brush.lay(*entry.shape, entry.colors, entry.alpha, x, y, paint);
     }
   }
   tile.finishStroke(isUnsettledAfter(tile, entry), mostCheckpoints_);

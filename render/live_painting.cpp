@@ -30,7 +30,7 @@ bool isSamePoint(const strokes::StrokePoint& a, const strokes::StrokePoint& b) {
 }  // namespace
 
 LivePainting::LivePainting(int workPerUpdate) : workPerUpdate_(workPerUpdate) {
-  brushes_.push_back(std::make_unique<TileBrush>());
+  workers_.push_back(std::make_unique<Worker>());
 }
 
 bool LivePainting::Entry::isFor(const strokes::Stroke& stroke) const {
@@ -39,7 +39,7 @@ bool LivePainting::Entry::isFor(const strokes::Stroke& stroke) const {
 }
 
 const std::vector<int>& LivePainting::update(const RenderScene& scene, const CanvasMapping& mapping,
-                                             int width, int height) {
+                                             int width, int height, StrokesLayer& layer) {
   changed_.clear();
   if (!follows(scene, mapping, width, height)) {
     mapping_ = mapping;
@@ -66,12 +66,12 @@ const std::vector<int>& LivePainting::update(const RenderScene& scene, const Can
   addNew(scene);
   if (entries_.size() < scene.strokes.size()) return changed_;  // The others join in later updates.
   if (!isBuilding_ || stale_.empty()) fadeAll(scene);
-  paintStale(scene);
+  paintStale(scene, layer);
   if (isBuilding_ && stale_.empty()) {
     // Meanwhile time has gone on.
     isBuilding_ = false;
     fadeAll(scene);
-    paintStale(scene);
+    paintStale(scene, layer);
     isBuilding_ = !stale_.empty();
   }
   if (!isBuilding_) shapeAhead(scene);

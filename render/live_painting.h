@@ -10,6 +10,7 @@
 #include "render/pixel_rect.h"
 #include "render/render_scene.h"
 #include "render/stroke_shape.h"
+#include "render/strokes_layer.h"
 #include "render/tile_brush.h"
 
 namespace render {
@@ -27,8 +28,10 @@ class LivePainting {
   explicit LivePainting(int workPerUpdate);
 
   /// Follows the scene. Returns the tiles, counted row by row, whose picture is another one now.
+  /// Those that fade and will be painted anew for the next frame are shown in `layer`, which is as
+  /// large as the canvas, at once, and their pictures are not kept.
   const std::vector<int>& update(const RenderScene& scene, const CanvasMapping& mapping, int width,
-                                 int height);
+                                 int height, StrokesLayer& layer);
 
   /// True while a painting is built up from nothing, over several updates; no tile counts until
   /// then.
@@ -39,8 +42,11 @@ class LivePainting {
 
   /// Tiles of the canvas, counted from its top left corner.
   const PixelRect& tiles() const { return tilesRect_; }
-  /// Null where nothing is painted. Not of a tile that is still to be brought up to date, as it may
-  /// be while isBuilding() or between the updates that return it.
+  /// Whether the update has shown the tile.
+  bool hasShown(int tile) const { return tiles_[static_cast<std::size_t>(tile)].isGivenUp(); }
+  /// Null where nothing is painted. Not of a tile that the update has shown, nor of one that is
+  /// still to be brought up to date, as it may be while isBuilding() or between the updates that
+  /// return it.
   const PaintTile* paintOf(int tile) const {
     return tiles_[static_cast<std::size_t>(tile)].shown().get();
   }
@@ -70,6 +76,12 @@ class LivePainting {
     bool isFor(const strokes::Stroke& stroke) const;
   };
 
+  /// What one thread lays strokes with.
+  struct Worker {
+    TileBrush brush;
+    std::shared_ptr<PaintTile> spare;  // Memory near the processor.
+  };
+
   /// A shape that is wanted, for these tiles.
   struct Missing {
     Entry* entry;
@@ -85,15 +97,16 @@ class LivePainting {
   void fadeAll(const RenderScene& scene);
   void join(Entry& entry, const strokes::StrokePoints& points);
   void markChanged(int tile);
-  void paintStale(const RenderScene& scene);
+  void paintStale(const RenderScene& scene, StrokesLayer& layer);
   int noteMissing(Entry& entry, const strokes::Stroke& stroke);
   void makeShapes();
   void shapeAhead(const RenderScene& scene);
   void dropShape(Entry& entry);
   void keepShares(Entry& entry);
   const KeptShares* keptShares(const Entry& entry, int tileX, int tileY) const;
-  void layBefore(std::size_t first, std::size_t end, int work);
-  void layNext(int number, TileBrush& brush);
+  void layBefore(std::size_t first, std::size_t end, int work, StrokesLayer& layer);
+  void layUpTo(std::uint64_t endSerial, int number, Worker& worker, StrokesLayer& layer);
+  void layNext(LiveTile& tile, const Entry& entry, int number, Worker& worker);
   bool isUnsettledAfter(const LiveTile& tile, const Entry& laid) const;
   bool isFading(const LiveTile& tile) const;
   const Entry& entryOf(std::uint64_t serial) const;
@@ -112,9 +125,9 @@ class LivePainting {
   std::vector<int> stale_;    // Tiles with isStale().
   std::vector<int> changed_;  // By the running update.
   std::size_t mostCheckpoints_ = 2;
-  std::size_t shapeBytes_ = 0;                       // Of all entries' shapes and shares.
-  std::vector<Missing> missing_;                     // To be made by the running update.
-  std::vector<std::unique_ptr<TileBrush>> brushes_;  // One for each thread.
+  std::size_t shapeBytes_ = 0;                    // Of all entries' shapes and shares.
+  std::vector<Missing> missing_;                  // To be made by the running update.
+  std::vector<std::unique_ptr<Worker>> workers_;  // One for each thread.
 };
 
 }  // namespace render

@@ -46,7 +46,7 @@ void LiveTile::remove(std::uint64_t stroke) {
   } else {
     shown_ = checkpoints_.empty() ? nullptr : checkpoints_.back().paint;
   }
-  isStale_ = false;
+  isStale_ = isGivenUp_ = false;
 }
 
 void LiveTile::change(std::uint64_t stroke) {
@@ -55,22 +55,21 @@ void LiveTile::change(std::uint64_t stroke) {
   isStale_ = true;
 }
 
-PaintTile& LiveTile::workPaint() {
+PaintTile& LiveTile::workPaint(std::shared_ptr<PaintTile>& spare) {
   if (work_) return *work_;
   // The last picture is not wanted any more; unless a checkpoint holds it, its memory can be had.
-  if (shown_.use_count() == 1)
+  if (shown_.use_count() == 1) {
     work_ = std::const_pointer_cast<PaintTile>(std::exchange(shown_, nullptr));
-  if (!checkpoints_.empty()) {
-    const PaintTile& start = *checkpoints_.back().paint;
-    if (work_) {
-      *work_ = start;
-    } else {
-      work_ = std::make_shared<PaintTile>(start);
-    }
-  } else if (work_) {
-    std::memset(work_.get(), 0, sizeof *work_);
   } else {
-    work_ = std::make_shared<PaintTile>();
+    work_ = std::exchange(spare, nullptr);
+  }
+  const PaintTile* start = checkpoints_.empty() ? nullptr : checkpoints_.back().paint.get();
+  if (!work_) {
+    work_ = start ? std::make_shared<PaintTile>(*start) : std::make_shared<PaintTile>();
+  } else if (start) {
+    *work_ = *start;
+  } else {
+    std::memset(work_.get(), 0, sizeof *work_);
   }
   return *work_;
 }
@@ -81,11 +80,17 @@ void LiveTile::finishStroke(bool keep, std::size_t mostCheckpoints) {
   if (isLast) {
     shown_ = std::move(work_);
     work_.reset();
-    isStale_ = false;
+    isStale_ = isGivenUp_ = false;
   }
   if (keep) {
     keepCheckpoint(done_, isLast ? shown_ : std::make_shared<PaintTile>(*work_), mostCheckpoints);
   }
+}
+
+std::shared_ptr<PaintTile> LiveTile::giveUp() {
+  isGivenUp_ = true;
+  Paint given = std::exchange(shown_, nullptr);
+  return given.use_count() == 1 ? std::const_pointer_cast<PaintTile>(given) : nullptr;
 }
 
 std::size_t LiveTile::bytesHeld() const {

@@ -18,7 +18,8 @@ class LiveTile {
   const std::vector<std::uint64_t>& strokes() const { return strokes_; }
   bool holds(std::uint64_t stroke) const;
 
-  /// The finished picture of the tile; null when nothing is painted. Not while isStale().
+  /// The finished picture of the tile; null when nothing is painted. Not while isStale(), nor when
+  /// isGivenUp().
   const Paint& shown() const { return shown_; }
   bool isStale() const { return isStale_; }
 
@@ -35,12 +36,18 @@ class LiveTile {
   /// The next stroke to lay; only while isStale().
   std::uint64_t nextStroke() const { return strokes_[done_]; }
 
-  /// The picture so far, to lay nextStroke() over.
-  PaintTile& workPaint();
+  /// The picture so far, to lay nextStroke() over. Taken from `spare` where it needs memory, if
+  /// there is any.
+  PaintTile& workPaint(std::shared_ptr<PaintTile>& spare);
 
   /// nextStroke() is laid. `keep`: the strokes up to it will stay as they are while later ones
   /// change; their picture is kept to start from. After the last one the tile is no longer stale.
   void finishStroke(bool keep, std::size_t mostCheckpoints);
+
+  /// Gives up the finished picture, for the next frame will have another: null when a checkpoint
+  /// holds it too.
+  std::shared_ptr<PaintTile> giveUp();
+  bool isGivenUp() const { return isGivenUp_; }
 
   /// Of pictures.
   std::size_t bytesHeld() const;
@@ -60,6 +67,7 @@ class LiveTile {
   std::shared_ptr<PaintTile> work_;
   std::size_t done_ = 0;  // Strokes laid in work_, or in the last checkpoint without work_.
   bool isStale_ = false;
+  bool isGivenUp_ = false;
 };
 
 }  // namespace render

@@ -53,12 +53,16 @@ void StrokesLayer::resize(int width, int height) {
   }
 }
 
+void StrokesLayer::makeRoom() {
+  if (!picture_.isEmpty() || columns_ == 0) return;
+  picture_ =
+      pixels::Surface(columns_ * kTile, static_cast<int>(isPainted_.size()) / columns_ * kTile);
+}
+
 void StrokesLayer::show(int tileX, int tileY, const PaintTile* paint) {
   std::uint8_t& isPainted = isPainted_[slot(tileX, tileY)];
   if (!paint && !isPainted) return;
-  if (picture_.isEmpty())
-    picture_ =
-        pixels::Surface(columns_ * kTile, static_cast<int>(isPainted_.size()) / columns_ * kTile);
+  makeRoom();
   const pixels::SurfaceView view = picture_.view();
   std::uint8_t* corner = view.row(tileY * kTile) + 4 * tileX * kTile;
   isPainted = paint ? 1 : 0;
