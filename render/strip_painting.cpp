@@ -7,7 +7,7 @@
 #define HWY_TARGET_INCLUDE "render/strip_painting.cpp"
 #include "hwy/foreach_target.h"  // IWYU pragma: keep
 #include "hwy/highway.h"
-#include "render/short_strip-inl.h"
+#include "render/short_strip_painting-inl.h"
 #include "render/strip_distance-inl.h"
 
 #ifndef RENDER_STRIP_PAINTING_TASK
@@ -294,7 +294,9 @@ HWY_INLINE Floats discShare(float half, Floats qx, Floats qy, Floats distance2) 
   const Floats distance = hn::Sqrt(distance2);
   const Floats depth = hn::Sub(hn::Set(f, half), distance);
   const Floats reach = hn::Mul(hn::Set(f, 0.5f), hn::Add(larger, smaller));
-  const Floats beyond = hn::Max(hn::Sub(reach, hn::Mul(hn::Abs(depth), distance)), zero);
+  // In the middle a cell has no direction: still it is inside.
+  const Floats length = hn::Max(distance, hn::Add(tiny, tiny));
+  const Floats beyond = hn::Max(hn::Sub(reach, hn::Mul(hn::Abs(depth), length)), zero);
   const Floats corner = hn::Min(beyond, smaller);
   const Floats twice = hn::Add(smaller, smaller);
   const Floats area = hn::Add(hn::Mul(corner, corner), hn::Mul(twice, hn::Sub(beyond, corner)));

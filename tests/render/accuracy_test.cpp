@@ -33,6 +33,18 @@ strokes::Stroke loop(double width) {
   return strokeInUnits(points, 1);
 }
 
+/// As a hand draws: many points close together, bends, and a width that changes from one to the
+/// next.
+strokes::Stroke written() {
+  std::vector<strokes::StrokePoint> points;
+  for (int i = 0; i <= 90; ++i) {
+    const double t = i / 90.0;
+    points.push_back({15 + 115 * t + 3 * std::sin(31 * t), 75 + 45 * std::sin(9 * t + 2 * t * t),
+                      11 + 3 * std::sin(5 * t)});
+  }
+  return strokeInUnits(points, 4);
+}
+
 struct Case {
   std::string name;
   strokes::Stroke stroke;
@@ -48,9 +60,11 @@ std::vector<Case> cases() {
       {"smallDot", strokeInUnits({{70.2, 75.9, 5}}, 7)},
       {"leaving", strokeInUnits({{-60, 100, 16}, {20, 60, 16}, {60, -10, 16}, {90, -50, 16}}, 3)},
       {"zigzag", strokeInUnits({{20, 20, 8}, {120, 60, 14}, {30, 90, 10}, {110, 130, 18}}, 5)},
+      {"written", written()},
       {"plainStraight", strokeInUnits({{30.3, 41.2, 20}, {121, 112.7, 20}}), false},
       {"plainThin", strokeInUnits({{30.3, 41.2, 2}, {121, 112.7, 4}}), false},
       {"plainLoop", loop(12), false},
+      {"plainWritten", written(), false},
       {"plainDot", strokeInUnits({{70.2, 75.9, 9}}), false},
   };
 }

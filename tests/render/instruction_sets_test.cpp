@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 #include <hwy/targets.h>
 
+#include <cmath>
 #include <cstdint>
+#include <vector>
 
 #include "render/canvas_renderer.h"
 #include "scenes.h"
@@ -9,11 +11,22 @@
 namespace render {
 namespace {
 
+/// A stroke as a hand draws it.
+strokes::Stroke closePoints() {
+  std::vector<strokes::StrokePoint> points;
+  for (int i = 0; i <= 60; ++i) {
+    const double t = i / 60.0;
+    points.push_back({0.1 + 0.8 * t + 0.05 * std::sin(30 * t), 0.5 + 0.4 * std::sin(9 * t),
+                      18 + 9 * std::sin(13 * t)});
+  }
+  return strokeOf(points, 3);
+}
+
 RenderScene everything() {
-  RenderScene scene =
-      sceneOn(CanvasBackground::camera,
-              {strokeOf({{0.1, 0.2, 20}, {0.5, 0.8, 30}, {0.9, 0.2, 12}, {0.4, 0.3, 3}}, 1),
-               strokeOf({{0.8, 0.7, 40}}, 2), strokeOf({{0.2, 0.7, 4}, {0.6, 0.6, 2}}, 4)});
+  RenderScene scene = sceneOn(
+      CanvasBackground::camera,
+      {strokeOf({{0.1, 0.2, 20}, {0.5, 0.8, 30}, {0.9, 0.2, 12}, {0.4, 0.3, 3}}, 1),
+       strokeOf({{0.8, 0.7, 40}}, 2), strokeOf({{0.2, 0.7, 4}, {0.6, 0.6, 2}}, 4), closePoints()});
   scene.frame = imageOf(50, 40, [](int x, int y) { return Bgra{5 * x, 6 * y, x ^ y, 0}; });
   scene.dim = 0.35;
   scene.glow = true;
