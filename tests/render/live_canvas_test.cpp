@@ -186,6 +186,36 @@ TEST(LiveCanvas, ManyStrokesThatFadeTogetherAreRightInEveryFrame) {
   }
 }
 
+TEST(LiveCanvas, UndoAndNewStrokesAreRightWhileOthersFade) {
+  strokes::StrokeStore store;
+  for (const double y : {0.3, 0.5, 0.7}) paintStroke(store, y);
+  const auto sceneAt = [&store](double now, bool fadeEnabled) {
+    RenderScene scene = sceneOf(store);
+    scene.fadeEnabled = fadeEnabled;
+    scene.fadeSeconds = 1;
+    scene.now = now;
+    return scene;
+  };
+  Shown shown;
+  shown.draw(sceneAt(0, true));
+  const auto isRightAt = [&](double now, bool fadeEnabled) {
+    const RenderScene scene = sceneAt(now, fadeEnabled);
+    return shown.draw(scene).isComplete && shown.equals(scene);
+  };
+
+  EXPECT_TRUE(isRightAt(1.4, true));
+  store.undo();
+  EXPECT_TRUE(isRightAt(1.4, true));
+  EXPECT_TRUE(isRightAt(1.5, true));
+  store.begin({0.2, 0.4, 20}, 2, 1.5);
+  store.add({0.4, 0.6, 20}, 1.5);
+  EXPECT_TRUE(isRightAt(1.5, true));
+  EXPECT_TRUE(isRightAt(1.6, false));
+  EXPECT_TRUE(isRightAt(1.6, true));
+  store.clear();
+  EXPECT_TRUE(isRightAt(1.6, true));
+}
+
 TEST(LiveCanvas, OtherPixelsAreDrawnAsAWhole) {
   strokes::StrokeStore store;
   paintStroke(store, 0.5);
