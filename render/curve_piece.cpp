@@ -22,7 +22,7 @@ constexpr double kParabolaShare = 4e-5;  // Of half the width, for very wide str
 constexpr int kDeepestSplit = 40;
 // Depths are looked at this far outside the border.
 constexpr double kSeenPx = 2;
-// A joint that a bend opens less at the border is closed by the overlap.
+// Where a bend at a joint opens the outer border no wider than this, the overlap closes it.
 constexpr double kWidestGapPx = 0.25;
 
 struct Corner {

@@ -11,7 +11,7 @@ namespace render {
 
 /// A short, gently bent part of a stroke: a quadratic Bezier curve in device pixels, of constant
 /// width with round ends. Short enough for single precision relative to a tile nearby, bent so
-/// little that a projection on its chord is a good first guess of the nearest point.
+/// little that, seen from its chord, it is a parabola.
 struct CurvePiece {
   double x0 = 0, y0 = 0;  ///< Start.
   double x1 = 0, y1 = 0;  ///< Control point.

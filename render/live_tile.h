@@ -44,8 +44,8 @@ class LiveTile {
   /// change; their picture is kept to start from. After the last one the tile is no longer stale.
   void finishStroke(bool keep, std::size_t mostCheckpoints);
 
-  /// Gives up the finished picture, for the next frame will have another: null when a checkpoint
-  /// holds it too.
+  /// Gives up the finished picture, for the next frame will have another; not while isStale().
+  /// Hands its memory over to be painted in, null when a checkpoint holds the picture too.
   std::shared_ptr<PaintTile> giveUp();
   bool isGivenUp() const { return isGivenUp_; }
 

@@ -30,17 +30,19 @@ constexpr int kBlock = kBlockColumns * kBlockRows;
 constexpr float kLengthUnit = 256, kPlaceUnit = 65536, kShareUnit = 32768;
 // What counts as short: then 16 bits hold all lengths, cells beside the strip included.
 constexpr float kLongest = 48, kWidestHalf = 64, kLargestExtra = 8;
-// Narrower, 32768 over half the width would not fit.
+// Narrower, 32768 over half the width would not fit, and both borders could share a cell.
 constexpr float kNarrowestHalf = 1.1f;
 // A tilt's square times half the width: three times how far off the border is at most.
 constexpr float kMostTilted = 0.06f;
-// What a strip is continued to the fourth power, by half the width cubed: eight times how much more
-// a circle's border sinks than a parabola.
+// What a strip is continued to the fourth power, by half its body's width cubed: eight times how
+// much more a circle's border sinks than a parabola. A core's sinks more, but farther on than its
+// neighbours let it be seen, unless the width changes by several percent from pixel to pixel.
 constexpr float kMostSunk = 0.16f;
 // Of a border that runs along the cells: small enough that it cuts none that it only touches.
 constexpr float kSmallestSmaller = 1.0f / 256;
 // Rounding never hides a cell that is touched.
-constexpr float kShortSlack = 0.1f;
+constexpr float kSlack = 0.1f;
+// Half the width of a band that every row lies within.
 constexpr float kNoBand = 1e9f;
 // A line this level meets a row everywhere or nowhere.
 constexpr float kLevelLine = 1e-3f;
@@ -148,7 +150,7 @@ HWY_INLINE std::uint32_t whichAreShort(const LoadedStrips& p) {
   };
   isWithin(p.length, floats(kLongest));
   isWithin(p.bodyHalf, floats(kWidestHalf));
-  isWithin(hn::Max(p.borderReach, floats(kNarrowestHalf)), narrowest);
+  isWithin(floats(kNarrowestHalf), narrowest);
   const Floats extra = hn::Max(p.startExtra, p.endExtra), extra2 = hn::Mul(extra, extra);
   isWithin(extra, floats(kLargestExtra));
   const Floats half3 = hn::Mul(p.bodyHalf, hn::Mul(p.bodyHalf, p.bodyHalf));
@@ -182,7 +184,7 @@ HWY_INLINE void storeBorders(const LoadedStrips& p, LaneStore store, ShortStrips
   store(lengthOf(p.length), out.length);
   store(lengthOf(hn::Neg(p.startExtra)), out.before);
   store(lengthOf(hn::Neg(p.endExtra)), out.beyond);
-  // Two ways' product, 16 bits shifted off, is in 1/2 of a square cell.
+  // Two ways' product, 15 bits shifted off, is in 1/2 of a square cell.
   const Shifted bend = shifted(hn::Mul(hn::Mul(p.bend, meanCosine(p)), floats(kLengthUnit / 2)));
   store(shareOf(bend.mantissa), out.bend);
   store(bend.shift, out.bendShift);
@@ -209,7 +211,7 @@ struct Reaches {
 };
 
 HWY_INLINE Reaches reachesOf(const LoadedStrips& p) {
-  const Floats half = floats(0.5f), slack = floats(kShortSlack), bend = hn::Abs(p.bend);
+  const Floats half = floats(0.5f), slack = floats(kSlack), bend = hn::Abs(p.bend);
   const Floats extra = hn::Max(p.startExtra, p.endExtra);
   const Floats bulge = hn::Mul(hn::Mul(bend, hn::Mul(p.length, p.length)), floats(0.25f));
   const Floats straightOn = hn::Mul(hn::Mul(bend, extra), hn::Add(p.length, extra));

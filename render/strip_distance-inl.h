@@ -54,8 +54,8 @@ HWY_INLINE float cosineOfTilt(const Strip& p) {
   return 1 - 0.5f * p.tilt * p.tilt;
 }
 
-/// The distance from the curve, as if it were so much farther by how much a circle's border sinks
-/// below its tangent, to the fourth power; `perDoubleHalf`: one over the strip's width.
+/// The distance from the curve, and beyond the strip's ends as much more as a circle's border sinks
+/// below its tangent there, up to the fourth power. `perDoubleHalf`: one over the strip's width.
 HWY_INLINE Floats sunkDistance(const ByStrip& place, float perDoubleHalf) {
   const Floats perWidth = hn::Set(F(), perDoubleHalf);
   const Floats sunk = hn::Mul(hn::Mul(place.beyond, place.beyond), perWidth);

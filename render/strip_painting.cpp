@@ -14,15 +14,10 @@
 #define RENDER_STRIP_PAINTING_TASK
 namespace render {
 
-// Rounding never hides a cell that is touched.
-inline constexpr float kStripSlack = 0.1f;
-inline constexpr float kStripFar = 1e9f;
 inline constexpr float kHalfDiagonal = 0.7072f;
 inline constexpr float kSmallDiscHalf = 1.5f;
 // Of single precision, a few steps of it.
 inline constexpr float kRounding = 1e-6f;
-// A line this level meets a row everywhere or nowhere.
-inline constexpr float kLevel = 1e-3f;
 
 /// A strip's width, of its body or of its core.
 struct StripBreadth {
@@ -227,25 +222,25 @@ HWY_INLINE StripTask taskFor(const Strip& strip, float full) {
 
 void paintStrip(const Strip& p, const CellMask& mask, std::int16_t* core) {
   const StripTask task = taskFor(p, static_cast<float>(mask.full));
-  const float paint = p.bodyHalf + task.borderReach + task.bulge + kStripSlack;
+  const float paint = p.bodyHalf + task.borderReach + task.bulge + kSlack;
   const float lean = std::abs(p.tilt) * paint;
   const float extra = std::max(p.startExtra, p.endExtra) + lean;
   const float reach = paint + std::abs(p.bend) * extra * (p.length + extra);
   const float middle = 0.5f * (p.length + p.endExtra - p.startExtra);
-  const float halfLength = 0.5f * (p.length + p.endExtra + p.startExtra) + lean + kStripSlack;
+  const float halfLength = 0.5f * (p.length + p.endExtra + p.startExtra) + lean + kSlack;
   const float middleY = p.startY + middle * p.alongY;
   const float height = halfLength * std::abs(p.alongY) + reach * std::abs(p.alongX);
   const float left = static_cast<float>(mask.left), top = static_cast<float>(mask.top);
   const CellSpan rows = rowsWithin(middleY - height - top, middleY + height - top, mask.rows);
   if (rows.first >= rows.end) return;
   const float down = static_cast<float>(rows.first + mask.top) - p.startY;
-  BandOfRow across{0, 0, kStripFar}, along{0, 0, kStripFar};
-  if (std::abs(p.alongY) > kLevel) {
+  BandOfRow across{0, 0, kNoBand}, along{0, 0, kNoBand};
+  if (std::abs(p.alongY) > kLevelLine) {
     const float perRow = 1 / p.alongY;
     across = {p.startX + down * p.alongX * perRow - left, p.alongX * perRow,
               reach * std::abs(perRow)};
   }
-  if (std::abs(p.alongX) > kLevel) {
+  if (std::abs(p.alongX) > kLevelLine) {
     const float perColumn = 1 / p.alongX;
     along = {p.startX + (middle - down * p.alongY) * perColumn - left, -p.alongY * perColumn,
              halfLength * std::abs(perColumn)};

@@ -17,7 +17,9 @@ struct CellMask {
   int columns = 0;  ///< At least kPaintedTogether; rows may be written that far beyond otherwise.
   int rows = 0;
   std::int16_t full = 0;  ///< kFull in a tile.
-  bool isTile = false;    ///< Of a PaintTile's cells, one a pixel, `columns` apart.
+  /// All cells of a PaintTile, one a pixel, rows `columns` apart. Most strips are painted in 16-bit
+  /// arithmetic then: faster, their borders a few hundredths of a pixel off.
+  bool isTile = false;
 
   static constexpr int kPaintedTogether = 16;
 };
@@ -31,7 +33,8 @@ struct CellSpan {
 /// Paints pieces, round ends included, one over the other: raises the cells of `bodies` to their
 /// shares inside the strokes, and those at `cores`, unless null, laid out alike, to their shares
 /// inside the light cores. Borders are taken to be straight within a cell. `step`: pixels per cell.
-/// The same on every instruction set, bit for bit, and whichever part of the canvas the mask holds.
+/// The same on every instruction set, bit for bit, and whichever part of the canvas a mask holds
+/// that is no tile.
 void paintPieces(std::span<const Strip> strips, float step, const CellMask& bodies,
                  std::int16_t* cores);
 

@@ -18,8 +18,8 @@ class StrokesLayer {
   /// stands in for what is to come, stretched without smoothing.
   void resize(int width, int height);
 
-  /// Makes room for what is to be shown. From then on different tiles can be shown by different
-  /// threads at once.
+  /// Makes room for what is to be shown. From then on, until the next resize(), different tiles can
+  /// be shown by different threads at once.
   void makeRoom();
 
   /// Shows the tile from now on; nothing there when null.
