@@ -157,17 +157,22 @@ void paintShortStrip(const ShortStrips& strips, int k, std::int16_t* body, std::
         hn::Add(hn::MulFixedPoint15(s, left), hn::MulFixedPoint15(straight, straight));
     const ShortVec curve = hn::MulFixedPoint15(hn::ShiftLeftSame(bent, bendShift), bend);
     const ShortVec distance = hn::Abs(hn::Sub(v, curve));
-    // Beyond the ends a circle's border sinks below its tangent.
+    // Beyond the ends a circle's border sinks below its tangent: as a parabola, and where it sinks
+    // far more, to the fourth power.
     const ShortVec past = hn::ShiftLeft<3>(hn::Min(hn::Min(fromStart, toEnd), zero));
     const ShortVec past2 = hn::MulFixedPoint15(past, past);
-    const auto share = [&](ShortVec half, ShortVec perHalf) {
-      const ShortVec sunk = hn::MulFixedPoint15(past2, perHalf);
+    const auto share = [&](ShortVec half, ShortVec sunk) {
       return hn::IfThenElseZero(counts, shareAt(hn::Sub(hn::Sub(half, distance), sunk)));
     };
-    raiseBlock(d, share(bodyHalf, perBodyHalf), part, kSide, body + place);
+    raiseBlock(d, share(bodyHalf, hn::MulFixedPoint15(past2, perBodyHalf)), part, kSide,
+               body + place);
     if constexpr (kCore) {
       if (hn::AllTrue(d, hn::Gt(distance, hn::Add(coreHalf, borderReach)))) return;
-      raiseBlock(d, share(coreHalf, perCoreHalf), part, kSide, core + place);
+      const ShortVec sunk = hn::MulFixedPoint15(past2, perCoreHalf),
+                     sunk16 = hn::ShiftLeft<4>(sunk);
+      const ShortVec more =
+          hn::MulFixedPoint15(hn::MulFixedPoint15(sunk16, sunk16), hn::ShiftRight<2>(perCoreHalf));
+      raiseBlock(d, share(coreHalf, hn::Add(sunk, more)), part, kSide, core + place);
     }
   };
   std::int32_t sRow = strips.s[k], vRow = strips.v[k];

@@ -35,8 +35,7 @@ constexpr float kNarrowestHalf = 1.1f;
 // A tilt's square times half the width: three times how far off the border is at most.
 constexpr float kMostTilted = 0.06f;
 // What a strip is continued to the fourth power, by half its body's width cubed: eight times how
-// much more a circle's border sinks than a parabola. A core's sinks more, but farther on than its
-// neighbours let it be seen, unless the width changes by several percent from pixel to pixel.
+// much more a circle's border sinks than a parabola, which a body's may not.
 constexpr float kMostSunk = 0.16f;
 // Of a border that runs along the cells: small enough that it cuts none that it only touches.
 constexpr float kSmallestSmaller = 1.0f / 256;
