@@ -2,8 +2,8 @@
 
     calibrate.py LANDMARKS OUT --hands DIR --crops P --rooms P [--mined FILE]
 
-LANDMARKS is a checkpoint or an exported network. First its confidences learn, on the training
-people, which joints are to be seen (`confidence.py`). Then crops of the tuning people are taken
+LANDMARKS is a checkpoint or an exported network. First its confidences learn further, on the
+training people, which joints are to be seen (`confidence.py`). Then crops of the tuning people are taken
 as a tracker would take them, developed by random cameras and partly covered; per joint a gain and
 an offset of the confidence's logit are fitted so that it becomes the probability of lying within
 0.25 hand sizes of the reference, covered joints counting as wrong. All is written into OUT, a
@@ -24,19 +24,11 @@ import landmark_data
 import networks
 import real_hands
 
-BATCHES, BATCH, REAL_SHARE, SEED = 100, 64, 0.5, 77
+REAL_SHARE, SEED = 0.5, 77
+COVERED_CROPS = 0.7  # Of those that the confidences learn from.
 VIEWS = 8
 COVERED_VIEWS = 0.25
 PULL = 20.0  # How strongly a joint's own gain and offset are held to the common ones.
-
-
-def training_crops(arguments):
-    """Crops, joints in crop units, visibility: 0 for all joints where there is no hand."""
-    batches = landmark_data.LandmarkBatches(arguments.hands, arguments.crops, arguments.rooms, arguments.mined,
-                                            REAL_SHARE, SEED)
-    for _ in range(BATCHES):
-        crops, joints, visible, _, _, presence = batches.batch(BATCH, networks.CROP_SIZE)
-        yield crops, joints, visible * presence[:, None]
 
 
 def views(folder, rng):
@@ -108,15 +100,15 @@ def main():
     parser.add_argument("--crops", required=True, help="pattern of the rendered crops")
     parser.add_argument("--rooms", required=True, help="pattern of the rendered rooms")
     parser.add_argument("--mined", default="", help="what mine.py collected")
+    parser.add_argument("--pictures", type=int, default=100_000, help="how many crops the confidences learn from")
     arguments = parser.parse_args()
     torch.set_num_threads(1)
     cv2.setNumThreads(1)
     net = export.load("landmarks", arguments.landmarks)
-    parts = []
-    for crops, joints, seen in training_crops(arguments):
-        observed = confidence.observe(net, crops)
-        parts.append((observed, confidence.correct(observed.points, joints, seen)))
-    confidence.learn(net, confidence.joined([part[0] for part in parts]), torch.cat([part[1] for part in parts]))
+    batches = landmark_data.LandmarkBatches(arguments.hands, arguments.crops, arguments.rooms, arguments.mined,
+                                            REAL_SHARE, SEED, COVERED_CROPS)
+    confidence.learn(net, batches, arguments.pictures,
+                     lambda pictures, loss: print(f"{pictures} crops, loss {loss:.4f}", flush=True))
 
     crops, joints, seen = views(arguments.hands, np.random.default_rng(3))
     observed = confidence.observe(net, crops)

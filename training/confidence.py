@@ -1,19 +1,19 @@
 """Teaches a trained landmark network how sure to be of each joint.
 
-What it sees stays as it is: only the few numbers are fitted from which it makes confidences, on crops
-of the training people with things and other hands before them, and on crops without a hand, where
-every joint is wrong. A small share of a training's pictures is enough for so few numbers.
+What it sees stays as it is: only what makes confidences of it is trained further, on crops of the
+training people, most of which have things or other hands before them, and on crops without a hand,
+where every joint is wrong.
 """
+import math
 from dataclasses import dataclass, fields
 
 import torch
 import torch.nn.functional as F
 
 import landmark_loss
-from networks import LandmarkNet
+from networks import CROP_SIZE, LandmarkNet
 
-STEPS, RATE = 400, 0.01
-PULL = 1e-3  # How strongly the numbers are held to where they begin.
+BATCH, RATE = 64, 2e-3
 
 
 @dataclass
@@ -29,14 +29,18 @@ class Observed:
         return net.confidence_logits(self.scatter, self.seen, net.whole(self.pooled)[:, 3:])
 
 
+def pixels_of(crops):
+    pixels = torch.from_numpy(crops).permute(0, 3, 1, 2).float()
+    return pixels.contiguous(memory_format=torch.channels_last)
+
+
 @torch.no_grad()
 def observe(net: LandmarkNet, crops):
     parts = []
     for start in range(0, len(crops), 64):
-        pixels = torch.from_numpy(crops[start:start + 64]).permute(0, 3, 1, 2).float()
-        heat, merged, pooled = net.features(pixels.contiguous(memory_format=torch.channels_last))
+        heat, sight, pooled = net.features(pixels_of(crops[start:start + 64]))
         log, moments = landmark_loss.decode(heat)
-        evidence = net.evidence(log.exp().flatten(2), moments, merged)
+        evidence = net.evidence(log.exp().flatten(2), moments, sight)
         parts.append(Observed(moments[..., :2], *evidence, pooled))
     return joined(parts)
 
@@ -53,16 +57,37 @@ def correct(points, joints, seen):
     return ((error < landmark_loss.CONFIDENT_WITHIN) & inside & (torch.from_numpy(seen) > 0)).float()
 
 
-def learn(net: LandmarkNet, observed, good):
-    """Fits the confidences of `net`, in place."""
-    numbers = [net.scatter_weight, net.scatter_bias, net.sight_weight, net.whole[2].weight, net.whole[2].bias]
-    first = [number.detach().clone() for number in numbers]
+def learn(net: LandmarkNet, batches, pictures, report):
+    """Trains the confidences of `net`, in place; `report`(pictures, loss) now and then."""
+    net.eval()
+    net.sight.train()
+    # Of the last layer only the confidences' rows have a gradient.
+    numbers = [*net.sight.parameters(), net.sight_weight, net.scatter_weight, net.scatter_bias,
+               net.whole[2].weight, net.whole[2].bias]
     optimiser = torch.optim.Adam(numbers, RATE)
-    for step in range(STEPS):
+    steps, mean = pictures // BATCH, 0.0
+    for step in range(steps):
+        batch = batches.batch(BATCH, CROP_SIZE) if step % 2 == 0 else batches.mirrored(batch)
         for group in optimiser.param_groups:
-            group["lr"] = RATE * (1 - step / STEPS)
+            group["lr"] = RATE * 0.5 * (1 + math.cos(math.pi * step / steps))
+        loss = loss_on(net, batch)
         optimiser.zero_grad()
-        loss = F.binary_cross_entropy_with_logits(observed.logits(net), good)
-        loss = loss + PULL * sum(((number - begin) ** 2).sum() for number, begin in zip(numbers, first)) / good.shape[1]
         loss.backward()
         optimiser.step()
+        mean += (float(loss) - mean) / min(step + 1, 200)
+        if (step + 1) % 200 == 0:
+            report((step + 1) * BATCH, mean)
+    net.eval()
+
+
+def loss_on(net: LandmarkNet, batch):
+    crops, joints, visible, _, _, presence = batch
+    with torch.no_grad(), torch.autocast("cpu", dtype=torch.bfloat16):
+        merged, stages = net.pyramid(pixels_of(crops))
+        heat = net.heat(merged)
+        pooled = F.avg_pool2d(stages[-1], stages[-1].shape[2:]).flatten(1)
+    log, moments = landmark_loss.decode(heat)
+    evidence = net.evidence(log.exp().flatten(2), moments, net.sight(stages[0].float(), merged.float()))
+    logits = net.confidence_logits(*evidence, net.whole(pooled.float())[:, 3:])
+    good = correct(moments[..., :2], joints, visible * presence[:, None])
+    return F.binary_cross_entropy_with_logits(logits, good)

@@ -14,7 +14,7 @@ from geometry import CROP_PER_SIZE
 
 REAL_KINDS = {"digits": 0.27, "closeup": 0.33, "webcam": 0.26, "video": 0.05, "photo": 0.09}
 NEGATIVE_SHARE = 0.18
-COVERED_SHARE = 0.35  # Of the hands: something lies before a part of them.
+COVERED_SHARE = 0.35  # Unless told.
 MINED_SHARE, DISPLACED_SHARE = 0.5, 0.15  # Of the negatives: mistaken for hands once; beside a hand.
 SQUARE, SQUARES = 160, 2500  # Backgrounds are kept ready: pixels, and how many of each kind.
 PATCH_PIXELS = 190  # Real hands are kept as patches of this size per 2.6 hand boxes.
@@ -126,9 +126,12 @@ def cover(picture, joints, visible, texture, rng):
 
 
 class LandmarkBatches:
-    """Draws batches; `real_share` of the hands are real, the others rendered (once there are any)."""
+    """Draws batches; `real_share` of the hands are real, the others rendered (once there are any);
+    something lies before `covered_share` of the hands."""
 
-    def __init__(self, real_folder, crops_pattern, rooms_pattern, mined_path, real_share, seed):
+    def __init__(self, real_folder, crops_pattern, rooms_pattern, mined_path, real_share, seed,
+                 covered_share=COVERED_SHARE):
+        self.covered_share = covered_share
         self.mined_path, self.mined = mined_path, {}
         pictures = real_hands.load(real_folder, "training")
         self.real, self.rooms = RealHands(pictures), RealRooms(pictures)
@@ -234,7 +237,7 @@ class LandmarkBatches:
         joints = geometry.transform(geometry.invert(matrix), joints)
         if flip:
             right = 1 - right
-        if not negative and rng.random() < COVERED_SHARE:
+        if not negative and rng.random() < self.covered_share:
             picture = np.ascontiguousarray(picture)
             if rng.random() < 0.25 and self.crops.count:
                 self.cover_with_hand(picture, joints, visible)

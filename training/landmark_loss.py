@@ -60,7 +60,7 @@ def masked(loss, weight):
     return (loss * weight).sum() / (weight.sum() + 1e-6)
 
 
-def landmark_loss(net, heat, merged, pooled, joints, visible, right, weight, presence):
+def landmark_loss(net, heat, sight, pooled, joints, visible, right, weight, presence):
     """The sum to minimise, and its parts for the log."""
     log, moments = decode(heat)
     whole = net.whole(pooled.float())
@@ -85,10 +85,10 @@ def landmark_loss(net, heat, merged, pooled, joints, visible, right, weight, pre
 
     error = (moments[..., :2].detach() - joints).norm(dim=-1) / sizes(joints)[:, None]
     good = ((error < CONFIDENT_WITHIN).float() * (visible > 0) * inside)
-    evidence = net.evidence(log.exp().flatten(2), moments, merged.float())
+    evidence = net.evidence(log.exp().flatten(2), moments, sight.float())
     confidence = net.confidence_logits(*evidence, whole[:, 3:])
     parts["confidence"] = masked(F.binary_cross_entropy_with_logits(confidence, good, reduction="none"),
                                  presence[:, None].expand_as(good))
     total = (0.5 * parts["heat"] + parts["distance"] + parts["presence"] + 0.5 * parts["right"]
-             + 0.8 * parts["palm"] + 1.5 * parts["confidence"] + 0.5 * parts["gap"] + 0.3 * parts["pinch"])
+             + 0.8 * parts["palm"] + 2 * parts["confidence"] + 0.5 * parts["gap"] + 0.3 * parts["pinch"])
     return total, parts

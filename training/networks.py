@@ -66,22 +66,38 @@ class Pyramid(nn.Module):
         self.merges = nn.ModuleList(Merge(fine, self.WIDTH) for fine in channels[-2:-2 - merges:-1])
 
     def forward(self, pixels):
-        """The mixed features, and the coarsest ones."""
+        """The mixed features, and those of every stage, finest first."""
         maps = [self.stem(normalise(pixels))]
         for part in self.stages:
             maps.append(part(maps[-1]))
         merged = self.top(maps[-1])
         for merge, fine in zip(self.merges, maps[-2::-1]):
             merged = merge(merged, fine)
-        return merged, maps[-1]
+        return merged, maps[1:]
+
+
+class Sight(nn.Module):
+    """Features that tell what is to be seen at a place. The mixed features know where the hand must be;
+    the finest stage knows better whether there is skin or something before it."""
+
+    WIDTH = 32
+
+    def __init__(self, fine, mixed):
+        super().__init__()
+        self.fine = conv(fine, 24, 1, activate=False)
+        self.mixed = conv(mixed, 24, 1, activate=False)
+        self.mix = conv(24, self.WIDTH)
+
+    def forward(self, fine, mixed):
+        return self.mix(F.relu(self.fine(fine) + self.mixed(mixed)))
 
 
 class LandmarkNet(nn.Module):
     """Crop to heat maps, and to logits: presence, right hand, palm towards the camera, joint confidences.
 
     The confidence logit of a joint is a sum of three: a linear function of how widely its heat is
-    scattered, a linear function of the features where it lies, and a term from the whole crop. It does not
-    push the heat maps (their gradient is cut).
+    scattered, a linear function of what is to be seen where it lies, and a term from the whole crop. It does
+    not push the heat maps (their gradient is cut).
     """
 
     CHANNELS = (32, 32, 64, 96, 128)
@@ -94,7 +110,8 @@ class LandmarkNet(nn.Module):
         self.whole = nn.Sequential(nn.Linear(self.CHANNELS[-1], 96), nn.ReLU(inplace=True), nn.Linear(96, 3 + JOINTS))
         self.scatter_weight = nn.Parameter(torch.full((JOINTS,), -1.0))
         self.scatter_bias = nn.Parameter(torch.full((JOINTS,), -4.0))
-        self.sight_weight = nn.Parameter(torch.zeros(JOINTS, Pyramid.WIDTH))
+        self.sight = Sight(self.CHANNELS[1], Pyramid.WIDTH)
+        self.sight_weight = nn.Parameter(torch.zeros(JOINTS, Sight.WIDTH))
         # Set by calibrate.py: confidence logit = gain * raw + offset, per joint.
         self.register_buffer("confidence_gain", torch.ones(JOINTS))
         self.register_buffer("confidence_offset", torch.zeros(JOINTS))
@@ -108,18 +125,19 @@ class LandmarkNet(nn.Module):
         return torch.stack([x, y, x * x, y * y], -1).reshape(-1, 4)
 
     def features(self, pixels):
-        """Heat maps (B, 21, h, w) before the softmax, the features they are made of, and the coarsest
+        """Heat maps (B, 21, h, w) before the softmax, what is to be seen at their places, and the coarsest
         features, averaged."""
-        merged, coarsest = self.pyramid(pixels)
+        merged, stages = self.pyramid(pixels)
+        coarsest = stages[-1]
         pooled = F.avg_pool2d(coarsest, (coarsest.shape[2], coarsest.shape[3])).flatten(1)
-        return self.heat(merged), merged, pooled
+        return self.heat(merged), self.sight(stages[0], merged), pooled
 
-    def evidence(self, probability, joint_moments, merged):
+    def evidence(self, probability, joint_moments, sight):
         """What tells how surely a joint is where its heat lies (B, 21, cells): the logarithm of the
-        heat's variance (B, 21), and the features there (B, 21, width)."""
+        heat's variance (B, 21), and what is to be seen there (B, 21, width)."""
         m = joint_moments.detach()
         variance = m[..., 2] + m[..., 3] - m[..., 0] * m[..., 0] - m[..., 1] * m[..., 1]
-        return torch.log(F.relu(variance) + 1e-4), torch.matmul(probability.detach(), merged.flatten(2).transpose(1, 2))
+        return torch.log(F.relu(variance) + 1e-4), torch.matmul(probability.detach(), sight.flatten(2).transpose(1, 2))
 
     def confidence_logits(self, scatter, seen, whole):
         """Raw logits from the evidence and the whole crop's part (B, 21)."""
@@ -127,11 +145,11 @@ class LandmarkNet(nn.Module):
 
     def forward(self, pixels):
         """landmarks (B, 21, 3): x, y, confidence; hand (B, 2): presence, right; probabilities."""
-        heat, merged, pooled = self.features(pixels)
+        heat, sight, pooled = self.features(pixels)
         probability = torch.softmax(heat.reshape(-1, JOINTS, CROP_GRID * CROP_GRID), 2)
         joint_moments = torch.matmul(probability, self.moments)
         whole = self.whole(pooled)
-        logits = self.confidence_logits(*self.evidence(probability, joint_moments, merged), whole[:, 3:])
+        logits = self.confidence_logits(*self.evidence(probability, joint_moments, sight), whole[:, 3:])
         confidence = torch.sigmoid(logits * self.confidence_gain + self.confidence_offset)
         landmarks = torch.cat([joint_moments[..., :2], confidence.unsqueeze(2)], 2)
         return landmarks, torch.sigmoid(whole[:, :2])
