@@ -32,7 +32,7 @@ PULL = 20.0  # How strongly a joint's own gain and offset are held to the common
 
 
 def views(folder, rng):
-    """The same of the tuning people."""
+    """Crops of the tuning people, their joints in crop units, and whether each is to be seen."""
     crops, joints, seen = [], [], []
     pictures = real_hands.load(folder, "tuning")
     rooms = landmark_data.RealRooms(pictures)

@@ -11,7 +11,7 @@ import torch
 import torch.nn.functional as F
 
 import landmark_loss
-from networks import CROP_SIZE, LandmarkNet
+from networks import CROP_SIZE, LandmarkNet, pixels_of
 
 BATCH, RATE = 64, 2e-3
 
@@ -27,11 +27,6 @@ class Observed:
 
     def logits(self, net):
         return net.confidence_logits(self.scatter, self.seen, net.whole(self.pooled)[:, 3:])
-
-
-def pixels_of(crops):
-    pixels = torch.from_numpy(crops).permute(0, 3, 1, 2).float()
-    return pixels.contiguous(memory_format=torch.channels_last)
 
 
 @torch.no_grad()
@@ -83,11 +78,10 @@ def learn(net: LandmarkNet, batches, pictures, report):
 def loss_on(net: LandmarkNet, batch):
     crops, joints, visible, _, _, presence = batch
     with torch.no_grad(), torch.autocast("cpu", dtype=torch.bfloat16):
-        merged, stages = net.pyramid(pixels_of(crops))
-        heat = net.heat(merged)
-        pooled = F.avg_pool2d(stages[-1], stages[-1].shape[2:]).flatten(1)
+        heat, finest, merged, pooled = net.look(pixels_of(crops))
     log, moments = landmark_loss.decode(heat)
-    evidence = net.evidence(log.exp().flatten(2), moments, net.sight(stages[0].float(), merged.float()))
+    sight = net.sight(finest.float(), merged.float())
+    evidence = net.evidence(log.exp().flatten(2), moments, sight)
     logits = net.confidence_logits(*evidence, net.whole(pooled.float())[:, 3:])
     good = correct(moments[..., :2], joints, visible * presence[:, None])
     return F.binary_cross_entropy_with_logits(logits, good)

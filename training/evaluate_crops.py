@@ -14,6 +14,7 @@ import torch
 import camera
 import export
 import geometry
+import networks
 import real_hands
 import rendered
 from landmark_data import patch_of
@@ -70,8 +71,7 @@ def predict(net, crops):
     landmarks, hands = [], []
     with torch.no_grad():
         for start in range(0, len(crops), 64):
-            pixels = torch.from_numpy(crops[start:start + 64]).permute(0, 3, 1, 2).float()
-            points, hand = net(pixels.contiguous(memory_format=torch.channels_last))
+            points, hand = net(networks.pixels_of(crops[start:start + 64]))
             landmarks.append(points.numpy())
             hands.append(hand.numpy())
     return np.concatenate(landmarks), np.concatenate(hands)

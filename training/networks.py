@@ -34,6 +34,12 @@ def stage(inputs, outputs, blocks):
     return nn.Sequential(conv(inputs, outputs, stride=2), *[Residual(outputs) for _ in range(blocks)])
 
 
+def pixels_of(pictures, device="cpu"):
+    """An array (n, height, width, 3) of bytes as a network takes it."""
+    pixels = torch.from_numpy(pictures).to(device).permute(0, 3, 1, 2).float()
+    return pixels.contiguous(memory_format=torch.channels_last)
+
+
 def normalise(pixels):
     """0..255 to -1..1."""
     return pixels * (1 / 127.5) - 1
@@ -124,13 +130,18 @@ class LandmarkNet(nn.Module):
         y, x = torch.meshgrid(centre, centre, indexing="ij")
         return torch.stack([x, y, x * x, y * y], -1).reshape(-1, 4)
 
-    def features(self, pixels):
-        """Heat maps (B, 21, h, w) before the softmax, what is to be seen at their places, and the coarsest
-        features, averaged."""
+    def look(self, pixels):
+        """Heat maps (B, 21, h, w) before the softmax, the finest features and the mixed ones, and the
+        coarsest, averaged."""
         merged, stages = self.pyramid(pixels)
         coarsest = stages[-1]
         pooled = F.avg_pool2d(coarsest, (coarsest.shape[2], coarsest.shape[3])).flatten(1)
-        return self.heat(merged), self.sight(stages[0], merged), pooled
+        return self.heat(merged), stages[0], merged, pooled
+
+    def features(self, pixels):
+        """Heat maps, what is to be seen at their places, and the coarsest features, averaged."""
+        heat, finest, merged, pooled = self.look(pixels)
+        return heat, self.sight(finest, merged), pooled
 
     def evidence(self, probability, joint_moments, sight):
         """What tells how surely a joint is where its heat lies (B, 21, cells): the logarithm of the

@@ -56,7 +56,7 @@ class Landmarks:
         from landmark_loss import landmark_loss
 
         with autocast:
-            features = net.features(pixels_of(batch[0], device))
+            features = net.features(networks.pixels_of(batch[0], device))
         return landmark_loss(net, *features, *[torch.from_numpy(b).to(device) for b in batch[1:]])
 
     def report(self, net):
@@ -89,7 +89,7 @@ class Finder:
         from finder_loss import finder_loss
 
         with autocast:
-            raw = net.raw(pixels_of(batch[0], device))
+            raw = net.raw(networks.pixels_of(batch[0], device))
         return finder_loss(raw, *[torch.from_numpy(b).to(device) for b in batch[1:]])
 
     def report(self, net):
@@ -117,11 +117,6 @@ def feed(kind, arguments, seed, progress, ready):
             batches.rescan()
 
 
-def pixels_of(pictures, device):
-    pixels = torch.from_numpy(pictures).to(device).permute(0, 3, 1, 2).float()
-    return pixels.contiguous(memory_format=torch.channels_last)
-
-
 def go_on_from(kind, net, arguments):
     """Fills `net`, in place, from an exported network."""
     import export
@@ -130,7 +125,7 @@ def go_on_from(kind, net, arguments):
     restore.from_onnx(net, arguments.start, export.example_for(arguments.network))
     batches = kind.batches(arguments)
     drawn = [kind.draw(batches, arguments, 1.0)[0] for _ in range(MEASURED_BATCHES)]
-    restore.measure_statistics(net, pixels_of(np.concatenate(drawn), "cpu"))
+    restore.measure_statistics(net, networks.pixels_of(np.concatenate(drawn), "cpu"))
 
 
 class Run:
