@@ -50,15 +50,14 @@ HWY_BEFORE_NAMESPACE();
 namespace render::HWY_NAMESPACE {
 
 using Small = hn::Rebind<std::int16_t, F>;
-using Whole = hn::Rebind<std::int32_t, F>;
 
 /// `share`: 0 to 32767, to be rounded.
 HWY_INLINE void raise(Floats share, std::int16_t* cell) {
   // Next to 2^23 a float's last bit is one: cheaper than a conversion that also minds overflows.
-  const Whole whole;
+  const Ints i32;
   const float two23 = 8388608.0f;
-  const auto bits = hn::BitCast(whole, hn::Add(share, hn::Set(F(), two23)));
-  const auto value = hn::DemoteTo(Small(), hn::Sub(bits, hn::BitCast(whole, hn::Set(F(), two23))));
+  const auto bits = hn::BitCast(i32, hn::Add(share, hn::Set(F(), two23)));
+  const auto value = hn::DemoteTo(Small(), hn::Sub(bits, hn::BitCast(i32, hn::Set(F(), two23))));
   hn::StoreU(hn::Max(hn::LoadU(Small(), cell), value), Small(), cell);
 }
 
@@ -114,11 +113,11 @@ struct StripRows {
 HWY_INLINE void findRows(const Strip& p, int top, int count, BandOfRow across, BandOfRow along,
                          const CellMask& mask, StripRows& rows) {
   const F f;
-  const Whole whole;
+  const Ints i32;
   const Floats one = hn::Set(f, 1.0f), before = hn::Set(f, -1.0f);
   const Floats last = hn::Set(f, static_cast<float>(mask.columns - 1));
   const auto cellAfter = [&](Floats x) {
-    return hn::ConvertTo(whole, hn::Add(hn::Min(hn::Max(x, before), last), one));
+    return hn::ConvertTo(i32, hn::Add(hn::Min(hn::Max(x, before), last), one));
   };
   for (int i = 0; i < count; i += static_cast<int>(hn::Lanes(f))) {
     const Floats row = hn::Iota(f, static_cast<float>(i));
@@ -129,8 +128,8 @@ HWY_INLINE void findRows(const Strip& p, int top, int count, BandOfRow across, B
     const Floats aside = hn::Set(f, across.width), ahead = hn::Set(f, along.width);
     const Floats from = hn::Max(hn::Sub(acrossAt, aside), hn::Sub(alongAt, ahead));
     const Floats to = hn::Min(hn::Add(acrossAt, aside), hn::Add(alongAt, ahead));
-    hn::Store(cellAfter(from), whole, rows.first + i);
-    hn::Store(cellAfter(to), whole, rows.end + i);
+    hn::Store(cellAfter(from), i32, rows.first + i);
+    hn::Store(cellAfter(to), i32, rows.end + i);
     const Floats qy = hn::Sub(hn::Iota(f, static_cast<float>(top + i)), hn::Set(f, p.startY));
     hn::Store(hn::Sub(hn::Mul(qy, hn::Set(f, p.alongY)), hn::Set(f, p.startX * p.alongX)), f,
               rows.s + i);
