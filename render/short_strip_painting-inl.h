@@ -14,6 +14,7 @@
 
 #include "hwy/highway.h"
 #include "render/paint_tile.h"
+#include "render/row_bands-inl.h"
 #include "render/short_strips-inl.h"
 #include "render/strip_painting.h"
 
@@ -88,27 +89,10 @@ struct BlockRows {
 };
 
 HWY_INLINE void findBlockRows(const ShortStrips& strips, int k, BlockRows& rows) {
-  const F f;
-  const Ints i32;
-  const Floats nearest = hn::Set(f, -1.0f), one = hn::Set(f, 1.0f);
-  const Floats farthest = hn::Set(f, static_cast<float>(PaintTile::kSide - 1));
-  const auto cellAfter = [&](Floats x) {
-    return hn::ConvertTo(i32, hn::Add(hn::Min(hn::Max(x, nearest), farthest), one));
-  };
-  for (int i = 0; i < strips.blockRows[k]; i += static_cast<int>(hn::Lanes(f))) {
-    const Floats row = hn::Iota(f, static_cast<float>(i));
-    const auto centre = [&](float first, float step) {
-      return hn::Add(hn::Set(f, first), hn::Mul(row, hn::Set(f, step)));
-    };
-    const Floats across = centre(strips.across[k], strips.acrossStep[k]);
-    const Floats along = centre(strips.along[k], strips.alongStep[k]);
-    const Floats aside = hn::Set(f, strips.acrossWidth[k]),
-                 ahead = hn::Set(f, strips.alongWidth[k]);
-    const Floats from = hn::Max(hn::Sub(across, aside), hn::Sub(along, ahead));
-    const Floats to = hn::Min(hn::Add(across, aside), hn::Add(along, ahead));
-    hn::Store(cellAfter(from), i32, rows.first + i);
-    hn::Store(cellAfter(to), i32, rows.end + i);
-  }
+  const BandOfRow across{strips.across[k], strips.acrossStep[k], strips.acrossWidth[k]};
+  const BandOfRow along{strips.along[k], strips.alongStep[k], strips.alongWidth[k]};
+  for (int i = 0; i < strips.blockRows[k]; i += static_cast<int>(hn::Lanes(F())))
+    storeRowEnds(across, along, i, PaintTile::kSide, rows.first, rows.end);
 }
 
 /// `body`, `core`: the tile's masks.

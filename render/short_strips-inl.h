@@ -11,14 +11,12 @@
 
 #include "hwy/highway.h"
 #include "render/paint_tile.h"
+#include "render/row_bands-inl.h"
 #include "render/strip_distance-inl.h"
 #include "render/strip_painting.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace render::HWY_NAMESPACE {
-
-using Ints = hn::Rebind<std::int32_t, F>;
-using IntVec = hn::Vec<Ints>;
 
 // Strips that are prepared together at most.
 constexpr int kMostShortStrips = 16;

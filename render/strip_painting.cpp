@@ -7,6 +7,7 @@
 #define HWY_TARGET_INCLUDE "render/strip_painting.cpp"
 #include "hwy/foreach_target.h"  // IWYU pragma: keep
 #include "hwy/highway.h"
+#include "render/row_bands-inl.h"
 #include "render/short_strip_painting-inl.h"
 #include "render/strip_distance-inl.h"
 
@@ -35,12 +36,6 @@ struct StripTask {
   float smaller;      // The border's unit normal along the axis that it is farther from.
   float perCorner, perSide;
   float full;
-};
-
-/// Where a row of cells meets a band around a line: between centre - width and
-/// centre + width, the centre moving by `step` from row to row.
-struct BandOfRow {
-  float centre, step, width;
 };
 
 }  // namespace render
@@ -113,23 +108,8 @@ struct StripRows {
 HWY_INLINE void findRows(const Strip& p, int top, int count, BandOfRow across, BandOfRow along,
                          const CellMask& mask, StripRows& rows) {
   const F f;
-  const Ints i32;
-  const Floats one = hn::Set(f, 1.0f), before = hn::Set(f, -1.0f);
-  const Floats last = hn::Set(f, static_cast<float>(mask.columns - 1));
-  const auto cellAfter = [&](Floats x) {
-    return hn::ConvertTo(i32, hn::Add(hn::Min(hn::Max(x, before), last), one));
-  };
   for (int i = 0; i < count; i += static_cast<int>(hn::Lanes(f))) {
-    const Floats row = hn::Iota(f, static_cast<float>(i));
-    const auto centreOf = [&](const BandOfRow& band) {
-      return hn::Add(hn::Set(f, band.centre), hn::Mul(row, hn::Set(f, band.step)));
-    };
-    const Floats acrossAt = centreOf(across), alongAt = centreOf(along);
-    const Floats aside = hn::Set(f, across.width), ahead = hn::Set(f, along.width);
-    const Floats from = hn::Max(hn::Sub(acrossAt, aside), hn::Sub(alongAt, ahead));
-    const Floats to = hn::Min(hn::Add(acrossAt, aside), hn::Add(alongAt, ahead));
-    hn::Store(cellAfter(from), i32, rows.first + i);
-    hn::Store(cellAfter(to), i32, rows.end + i);
+    storeRowEnds(across, along, i, mask.columns, rows.first, rows.end);
     const Floats qy = hn::Sub(hn::Iota(f, static_cast<float>(top + i)), hn::Set(f, p.startY));
     hn::Store(hn::Sub(hn::Mul(qy, hn::Set(f, p.alongY)), hn::Set(f, p.startX * p.alongX)), f,
               rows.s + i);
